@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
+
+#include "base/platform.h"
+
+#include <cstring>
+
+#if defined(_WIN32)
+
+#include <windows.h>
+
+// The library keeps nothing per thread, so it asks not to be told of threads that start and stop.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID)
+{
+    if (reason == DLL_PROCESS_ATTACH) {
+        DisableThreadLibraryCalls(module);
+    }
+    return TRUE;
+}
+
+int qek::platform::compare_ignoring_case(const char *a, const char *b) noexcept
+{
+    return _stricmp(a, b);
+}
+
+#else
+
+#include <strings.h>
+
+int qek::platform::compare_ignoring_case(const char *a, const char *b) noexcept
+{
+    return strcasecmp(a, b);
+}
+
+#endif
