@@ -1,0 +1,296 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
+
+// The item pool: fixed-size items in blocks that never move, and a stack of the freed ones.
+//
+// Shape. Two tables of blocks. `items` is filled once, from the front; `freed` is a stack of item
+// pointers that grows into blocks of its own, so that a freed item keeps every byte:
+//
+//     items.blocks --> [ B0 | B1 | B2 | 0 ]         freed.blocks --> [ F0 | F1 | F2 | 0 ]
+//                        |    |    `- slots up to next_slot            |    `- top: next_slot - 1
+//                        `----`------ full                             `------ full
+//
+// Invariants, with n = items_per_block:
+//   slots handed out        = (items.used - 1) * n + items.next_slot, or 0 when used is 0
+//   entries on the stack    = (freed.used - 1) * n + freed.next_slot, or 0 when used is 0
+//   live_count              = slots handed out - entries on the stack
+//   next_slot is -1 when used is 0, else in 0..n. A stack whose current block was emptied stands at
+//   next_slot 0 and leaves that block only on the next take; the block stays in the table, so that
+//   blocks from `used` up may be null or left over.
+//
+// Cost. Take and give are constant time and touch the heap only to open a block. Nothing goes back
+// to the heap but everything at once.
+//
+// No allocation of a pool is checked: exhaustion faults in the first write to the block.
+//
+// Turned down: a free list threaded through the items. It would save the second table, and cost the
+// bytes of freed items, items smaller than a pointer, and the walk over live items.
+#pragma once
+
+#include "base/arith.h"
+#include "base/growth.h"
+#include "base/heap.h"
+#include "qek_std.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+namespace qek::pool {
+
+inline constexpr std::int32_t least_items_per_block = 16;
+
+inline void reset(qek_pool_table &table) noexcept { table = {-1, 0, 0, nullptr}; }
+
+inline void init(qek_pool &pool) noexcept
+{
+    pool.item_size = 0;
+    pool.items_per_block = 0;
+    pool.live_count = 0;
+    reset(pool.items);
+    reset(pool.freed);
+}
+
+inline void release(qek_pool_table &table) noexcept
+{
+    for (std::int32_t at = 0; at < table.capacity; ++at) {
+        give_block(table.blocks[at]);
+    }
+    give_block(table.blocks);
+    reset(table);
+}
+
+inline void empty(qek_pool &pool) noexcept
+{
+    release(pool.freed);
+    release(pool.items);
+    pool.live_count = 0;
+}
+
+inline void make_room_for_block(qek_pool_table &table) noexcept
+{
+    if (table.capacity > table.used) {
+        return;
+    }
+    const std::int64_t capacity =
+        rounded_up(grown(table.used, table.capacity, 0, pool_table_steps), 4);
+    table.blocks = regrown(table.blocks, table.capacity, capacity);
+    table.capacity = static_cast<std::int32_t>(capacity);
+}
+
+inline bool is_full(const qek_pool_table &table, const qek_pool &pool) noexcept
+{
+    return table.next_slot < 0 || table.next_slot >= pool.items_per_block;
+}
+
+// Opens the block behind the current one, which may stand there already from an earlier use.
+inline void open_block(qek_pool_table &table, std::int64_t bytes) noexcept
+{
+    make_room_for_block(table);
+    if (table.blocks[table.used] == nullptr) {
+        table.blocks[table.used] = take_zeroed(bytes);
+    }
+    table.next_slot = 0;
+    ++table.used;
+}
+
+inline std::int64_t item_block_bytes(const qek_pool &pool) noexcept
+{
+    return wide(pool.items_per_block) * pool.item_size;
+}
+
+inline std::int64_t freed_block_bytes(const qek_pool &pool) noexcept
+{
+    return wide(pool.items_per_block) * static_cast<std::int64_t>(sizeof(void *));
+}
+
+inline void **freed_entries(const qek_pool_table &freed, std::int32_t block) noexcept
+{
+    return static_cast<void **>(freed.blocks[block]);
+}
+
+inline void *take_freed(qek_pool &pool) noexcept
+{
+    qek_pool_table &freed = pool.freed;
+    if (freed.used == 0) {
+        return nullptr;
+    }
+    if (freed.next_slot <= 0) {
+        --freed.used;
+        freed.next_slot = freed.used == 0 ? -1 : pool.items_per_block;
+        if (freed.used == 0) {
+            return nullptr;
+        }
+    }
+    --freed.next_slot;
+    return freed_entries(freed, freed.used - 1)[freed.next_slot];
+}
+
+inline void *take_fresh(qek_pool &pool) noexcept
+{
+    qek_pool_table &items = pool.items;
+    if (is_full(items, pool)) {
+        open_block(items, item_block_bytes(pool));
+    }
+    auto *base = static_cast<std::uint8_t *>(items.blocks[items.used - 1]);
+    return base + wide(items.next_slot++) * pool.item_size;
+}
+
+// A recycled item keeps its bytes; a fresh one is zero.
+inline void *take(qek_pool &pool) noexcept
+{
+    if (pool.item_size == 0) {
+        return nullptr;
+    }
+    pool.items_per_block = larger(pool.items_per_block, least_items_per_block);
+    void *item = take_freed(pool);
+    if (item == nullptr) {
+        item = take_fresh(pool);
+    }
+    ++pool.live_count;
+    return item;
+}
+
+inline void give(qek_pool &pool, void *item) noexcept
+{
+    if (item == nullptr) {
+        return;
+    }
+    qek_pool_table &freed = pool.freed;
+    if (is_full(freed, pool)) {
+        open_block(freed, freed_block_bytes(pool));
+    }
+    freed_entries(freed, freed.used - 1)[freed.next_slot++] = item;
+    --pool.live_count;
+}
+
+inline int order_addresses(const void *a, const void *b) noexcept
+{
+    const auto first = reinterpret_cast<std::uintptr_t>(a);
+    const auto second = reinterpret_cast<std::uintptr_t>(b);
+    return static_cast<int>(first > second) - static_cast<int>(first < second);
+}
+
+inline int order_by_base(const void *a, const void *b)
+{
+    return order_addresses(static_cast<const qek_pool_map_entry *>(a)->block_base,
+                           static_cast<const qek_pool_map_entry *>(b)->block_base);
+}
+
+inline qek_pool_map_entry *map(const qek_pool &pool) noexcept
+{
+    if (pool.items.blocks == nullptr) {
+        return nullptr;
+    }
+    const auto count = static_cast<std::size_t>(pool.items.used);
+    auto *entries =
+        static_cast<qek_pool_map_entry *>(take_block(count * sizeof(qek_pool_map_entry)));
+    for (std::int32_t at = 0; at < pool.items.used; ++at) {
+        entries[at] = {at, pool.items.blocks[at]};
+    }
+    std::qsort(entries, count, sizeof *entries, order_by_base);
+    return entries;
+}
+
+inline std::intptr_t signed_distance(const void *from, const void *to) noexcept
+{
+    return static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(to) -
+                                      reinterpret_cast<std::uintptr_t>(from));
+}
+
+inline std::int32_t get_addr(const qek_pool &pool, const qek_pool_map_entry *map, const void *item,
+                             std::uint32_t &offset) noexcept
+{
+    if (item == nullptr) {
+        return -1;
+    }
+    std::int32_t low = 0;
+    std::int32_t high = pool.items.used - 1;
+    while (low <= high) {
+        const std::int32_t mid = (low + high) / 2;
+        const std::intptr_t beyond = signed_distance(item, map[mid].block_base);
+        if (beyond == 0) {
+            high = mid;
+            break;
+        }
+        if (beyond > 0) {
+            high = mid - 1;
+        } else {
+            low = mid + 1;
+        }
+    }
+    if (high < 0) {
+        return -1;
+    }
+    offset = static_cast<std::uint32_t>(signed_distance(map[high].block_base, item));
+    return map[high].block_index;
+}
+
+inline void *set_addr(const qek_pool &pool, std::int32_t block_index, std::uint32_t offset) noexcept
+{
+    return block_index < 0 ? nullptr
+                           : static_cast<std::uint8_t *>(pool.items.blocks[block_index]) + offset;
+}
+
+// The same item in the copy of a pool. Null stays null.
+inline void *translated(const qek_pool &source, const qek_pool_map_entry *map, const void *item,
+                        const qek_pool &target) noexcept
+{
+    std::uint32_t offset = 0;
+    const std::int32_t block = get_addr(source, map, item, offset);
+    return set_addr(target, block, offset);
+}
+
+inline void **empty_table(std::int32_t capacity) noexcept
+{
+    constexpr auto entry_size = static_cast<std::int64_t>(sizeof(void *));
+    return static_cast<void **>(take_zeroed(capacity * entry_size));
+}
+
+inline void clone_items(const qek_pool &source, qek_pool &target) noexcept
+{
+    const std::size_t bytes = block_size(item_block_bytes(source));
+    target.items.blocks = empty_table(source.items.capacity);
+    for (std::int32_t at = 0; at < source.items.used; ++at) {
+        target.items.blocks[at] = take_block(bytes);
+        std::memcpy(target.items.blocks[at], source.items.blocks[at], bytes);
+    }
+}
+
+// Every entry of a block in use is translated, those above the top of the stack too.
+inline void clone_freed(const qek_pool &source, const qek_pool_map_entry *map,
+                        qek_pool &target) noexcept
+{
+    target.freed.blocks = empty_table(source.freed.capacity);
+    for (std::int32_t at = 0; at < source.freed.used; ++at) {
+        target.freed.blocks[at] = take_zeroed(freed_block_bytes(source));
+        void *const *from = freed_entries(source.freed, at);
+        void **to = freed_entries(target.freed, at);
+        for (std::int32_t entry = 0; entry < source.items_per_block; ++entry) {
+            to[entry] = translated(source, map, from[entry], target);
+        }
+    }
+}
+
+inline void copy_counts(const qek_pool_table &source, qek_pool_table &target) noexcept
+{
+    target.next_slot = source.next_slot;
+    target.used = source.used;
+    target.capacity = source.capacity;
+}
+
+inline void clone(const qek_pool &source, const qek_pool_map_entry *map, qek_pool &target) noexcept
+{
+    target.item_size = source.item_size;
+    target.items_per_block = source.items_per_block;
+    target.live_count = source.live_count;
+    if (source.items.blocks != nullptr) {
+        clone_items(source, target);
+        if (source.freed.blocks != nullptr) {
+            clone_freed(source, map, target);
+        }
+    }
+    copy_counts(source.items, target.items);
+    copy_counts(source.freed, target.freed);
+}
+
+} // namespace qek::pool
