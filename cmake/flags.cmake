@@ -1,0 +1,27 @@
+# SPDX-License-Identifier: MIT
+# Compiler flags: `qek_flags` is what every target of the project gets, `qek_library_flags` what only
+# the library gets.
+
+set(CMAKE_C_FLAGS_RELEASE "-O2 -DNDEBUG")
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+
+add_library(qek_flags INTERFACE)
+target_compile_features(qek_flags INTERFACE cxx_std_20 c_std_99)
+target_compile_options(qek_flags INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(QEK_SANITIZE)
+    set(sanitizers -fsanitize=${QEK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(qek_flags INTERFACE ${sanitizers})
+    target_link_options(qek_flags INTERFACE ${sanitizers})
+endif()
+
+# 32-bit x86 computes in double, not in the wider registers of the old unit, so that every platform
+# gets the same last bits.
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86|i.86|AMD64" AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+    target_compile_options(qek_flags INTERFACE -msse2 -mfpmath=sse)
+endif()
+
+add_library(qek_library_flags INTERFACE)
+target_link_libraries(qek_library_flags INTERFACE qek_flags)
+target_compile_options(qek_library_flags INTERFACE
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
+    -fvisibility=hidden -fno-semantic-interposition -ffp-contract=off)

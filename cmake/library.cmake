@@ -1,0 +1,47 @@
+# SPDX-License-Identifier: MIT
+# The library, shared and static, from one list of sources.
+
+set(qek_sources
+    base/heap.cpp base/mem.cpp base/platform.cpp base/str.cpp
+    stream/checksum.cpp stream/compact.cpp stream/fields.cpp stream/stream.cpp
+    pool/pool.cpp
+    text/string.cpp)
+
+# The exported names stand in one list; the linker's version node is made from it.
+set(qek_exports ${PROJECT_SOURCE_DIR}/cmake/exports.txt)
+set(qek_version_script ${PROJECT_BINARY_DIR}/qek_std.map)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${qek_exports})
+file(STRINGS ${qek_exports} qek_names REGEX "^qek_")
+list(JOIN qek_names ";\n        " qek_name_lines)
+file(CONFIGURE OUTPUT ${qek_version_script} @ONLY CONTENT
+"QEK_STD_@qek_soversion@ {
+    global:
+        @qek_name_lines@;
+    local:
+        *;
+};
+")
+
+add_library(qek_std SHARED ${qek_sources})
+add_library(qek_std_static STATIC ${qek_sources})
+add_library(qek::qek_std ALIAS qek_std)
+add_library(qek::qek_std_static ALIAS qek_std_static)
+
+foreach(target qek_std qek_std_static)
+    target_include_directories(${target}
+        PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+               $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+        PRIVATE ${PROJECT_SOURCE_DIR})
+    target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:qek_library_flags>)
+    set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endforeach()
+
+target_compile_definitions(qek_std PRIVATE QEK_STD_BUILD)
+target_compile_definitions(qek_std_static PUBLIC QEK_STD_STATIC)
+set_target_properties(qek_std PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${qek_soversion})
+if(NOT WIN32)
+    target_link_options(qek_std PRIVATE
+        -Wl,--version-script=${qek_version_script} -Wl,--as-needed -Wl,-z,defs
+        $<$<CONFIG:Release>:-Wl,--gc-sections>)
+    set_target_properties(qek_std PROPERTIES LINK_DEPENDS ${qek_version_script})
+endif()

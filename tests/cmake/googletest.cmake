@@ -1,0 +1,12 @@
+# SPDX-License-Identifier: MIT
+# The test framework, from Debian's sources, built with the flags of the configuration at hand: one
+# way that also serves the 32-bit and the sanitizer builds, for which there is no package.
+set(INSTALL_GTEST OFF)
+set(gtest_force_shared_crt ON)
+add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
+if(QEK_SANITIZE)
+    foreach(target gtest gmock gmock_main)
+        target_compile_options(${target} PRIVATE -fsanitize=${QEK_SANITIZE})
+    endforeach()
+endif()
+include(GoogleTest)

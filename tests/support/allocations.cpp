@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
+
+#include "support/allocations.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+struct watch {
+    bool on = false;
+    bool and_later = false;
+    bool failed = false;
+    int fail_from = 0;
+    int count = 0;
+    std::array<std::size_t, 64> sizes{};
+};
+
+watch current;
+
+} // namespace
+
+extern "C" void *__real_malloc(std::size_t size);
+extern "C" void *__wrap_malloc(std::size_t size);
+
+extern "C" void *__wrap_malloc(std::size_t size)
+{
+    if (!current.on) {
+        return __real_malloc(size);
+    }
+    if (static_cast<std::size_t>(current.count) < current.sizes.size()) {
+        current.sizes[static_cast<std::size_t>(current.count)] = size;
+    }
+    ++current.count;
+    const bool chosen =
+        current.and_later ? current.count >= current.fail_from : current.count == current.fail_from;
+    if (current.fail_from > 0 && chosen) {
+        current.failed = true;
+        return nullptr;
+    }
+    return __real_malloc(size);
+}
+
+namespace qek_test {
+
+allocations::allocations(int fail_from, bool and_later)
+{
+    current = {};
+    current.fail_from = fail_from;
+    current.and_later = and_later;
+    current.on = true;
+}
+
+allocations::~allocations() { current.on = false; }
+
+int allocations::count() const { return current.count; }
+
+bool allocations::any_failed() const { return current.failed; }
+
+std::vector<std::size_t> allocations::sizes() const
+{
+    const auto kept = std::min(static_cast<std::size_t>(current.count), current.sizes.size());
+    return {current.sizes.begin(), current.sizes.begin() + static_cast<std::ptrdiff_t>(kept)};
+}
+
+} // namespace qek_test

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
+
+// Watching and failing the library's calls of malloc. The linker puts `__wrap_malloc` between the
+// library and the C runtime; while no `allocations` object lives, every call goes straight on.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+namespace qek_test {
+
+class allocations {
+  public:
+    // Fails call number `fail_from` (from 1) and, if `and_later`, all calls behind it; 0 fails none.
+    explicit allocations(int fail_from = 0, bool and_later = false);
+    ~allocations();
+    allocations(const allocations &) = delete;
+    allocations &operator=(const allocations &) = delete;
+
+    int count() const;                      // calls since the object was made
+    bool any_failed() const;                // whether one of them was failed
+    std::vector<std::size_t> sizes() const; // the sizes asked for, at most the first 64
+};
+
+// Runs `attempt(faults)` with the first allocation failing, then the second, and so on, until it
+// runs through with none failed. `attempt` makes its own fresh records.
+template <typename Attempt> int fail_each_allocation(Attempt attempt)
+{
+    for (int nth = 1;; ++nth) {
+        bool failed = false;
+        attempt(nth, failed);
+        if (!failed) {
+            return nth - 1;
+        }
+    }
+}
+
+} // namespace qek_test
