@@ -43,7 +43,9 @@ void copy(std::uint8_t *dest, const std::uint8_t *src, std::int32_t size) noexce
 
 void clear(std::uint8_t *dest, std::int64_t size) noexcept
 {
-    std::memset(dest, 0, static_cast<std::size_t>(size));
+    if (size != 0) {
+        std::memset(dest, 0, static_cast<std::size_t>(size));
+    }
 }
 
 // What is moved is gone from where it was. Within a distance of 3 bytes nothing is cleared, and an

@@ -9,6 +9,7 @@
 
 #include <windows.h>
 
+#if defined(QEK_STD_BUILD) // the DLL, and not the static library inside of somebody else's
 // The library keeps nothing per thread, so it asks not to be told of threads that start and stop.
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID reserved);
 
@@ -19,6 +20,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID)
     }
     return TRUE;
 }
+#endif
 
 int qek::platform::compare_ignoring_case(const char *a, const char *b) noexcept
 {

@@ -20,8 +20,10 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86|i.86|AMD64" AND CMAKE_SIZEOF_VOID_P EQUAL
     target_compile_options(qek_flags INTERFACE -msse2 -mfpmath=sse)
 endif()
 
+# A block that is taken and then cleared must fault when there is no memory for it. Compilers that
+# know malloc make calloc of it and drop the write.
 add_library(qek_library_flags INTERFACE)
 target_link_libraries(qek_library_flags INTERFACE qek_flags)
 target_compile_options(qek_library_flags INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
-    -fvisibility=hidden -fno-semantic-interposition -ffp-contract=off)
+    -fno-builtin-malloc -fvisibility=hidden -fno-semantic-interposition -ffp-contract=off)

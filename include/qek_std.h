@@ -13,9 +13,10 @@
  * @file qek_std.h
  * @brief Containers and text primitives over records that the caller owns.
  *
- * qek_std is 624 plain functions, `qek_<family>_<operation>`. A family is one record type and the
- * functions that take a pointer to it. There is no global state, no thread, no lock, no file, no
- * output; the library needs the C runtime and nothing else.
+ * qek_std is 624 plain functions: 622 named `qek_<family>_<operation>`, and qek_malloc() and
+ * qek_free(). A family is one record type and the functions that take a pointer to it. There is no
+ * global state, no thread, no lock, no file, no output; the library needs the C runtime and nothing
+ * else.
  *
  * @section manual_records Records
  * A record is a plain structure with public fields. The caller places it (on the stack, in static
@@ -35,12 +36,16 @@
  * | index           | a position from 0, or -1 for none                                          |
  * | value or zero   | the stored word, or 0 where there is none                                  |
  * | pointer or null | an item, entry, node or position, or null where there is none              |
+ * | cursor          | the value read; the position passed by pointer moves on                    |
+ * | output argument | written through a pointer, zeroed where there is nothing to write          |
+ * | all ones        | every bit set: qek_stream_inflate_lword(), and text `get_at` past the end  |
  * | ordering        | negative, zero or positive                                                 |
  * | nothing         | the call takes effect, or silently does not and leaves the record as it was|
  *
  * Growth of a contiguous buffer is checked: when memory runs out the record stays as it was, bit
  * for bit. Every other allocation (pools and their tables, pool records made by an `init`, copies
- * made by `qek_str_dup` and `qek_char_copy`) is not checked, and exhaustion faults.
+ * made by `qek_str_dup` and `qek_char_copy`, the working block of `qek_arrayt_qsort`) is not
+ * checked, and exhaustion faults.
  *
  * @section manual_lengths Lengths and null
  * Counts, lengths, indices and capacities are `int32_t`. Where a key or a text travels with a
@@ -395,7 +400,8 @@ typedef struct qek_pool_table {
  */
 typedef struct qek_pool {
     int32_t item_size;       /**< bytes per item; the caller writes it after qek_pool_init() */
-    int32_t items_per_block; /**< items per block; the caller may write it; raised to 16 at least */
+    int32_t items_per_block; /**< items per block; written, if at all, before the first item;
+                                  raised to 16 at least */
     int32_t live_count;      /**< items handed out and not freed */
     qek_pool_table items;    /**< the item blocks, `items_per_block * item_size` bytes each */
     qek_pool_table freed;    /**< the stack of freed items, `items_per_block` pointers a block */

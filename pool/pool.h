@@ -77,6 +77,11 @@ inline void make_room_for_block(qek_pool_table &table) noexcept
     table.capacity = static_cast<std::int32_t>(capacity);
 }
 
+inline void settle_items_per_block(qek_pool &pool) noexcept
+{
+    pool.items_per_block = larger(pool.items_per_block, least_items_per_block);
+}
+
 inline bool is_full(const qek_pool_table &table, const qek_pool &pool) noexcept
 {
     return table.next_slot < 0 || table.next_slot >= pool.items_per_block;
@@ -141,7 +146,7 @@ inline void *take(qek_pool &pool) noexcept
     if (pool.item_size == 0) {
         return nullptr;
     }
-    pool.items_per_block = larger(pool.items_per_block, least_items_per_block);
+    settle_items_per_block(pool);
     void *item = take_freed(pool);
     if (item == nullptr) {
         item = take_fresh(pool);
@@ -156,6 +161,7 @@ inline void give(qek_pool &pool, void *item) noexcept
         return;
     }
     qek_pool_table &freed = pool.freed;
+    settle_items_per_block(pool);
     if (is_full(freed, pool)) {
         open_block(freed, freed_block_bytes(pool));
     }
@@ -191,12 +197,6 @@ inline qek_pool_map_entry *map(const qek_pool &pool) noexcept
     return entries;
 }
 
-inline std::intptr_t signed_distance(const void *from, const void *to) noexcept
-{
-    return static_cast<std::intptr_t>(reinterpret_cast<std::uintptr_t>(to) -
-                                      reinterpret_cast<std::uintptr_t>(from));
-}
-
 inline std::int32_t get_addr(const qek_pool &pool, const qek_pool_map_entry *map, const void *item,
                              std::uint32_t &offset) noexcept
 {
@@ -206,13 +206,8 @@ inline std::int32_t get_addr(const qek_pool &pool, const qek_pool_map_entry *map
     std::int32_t low = 0;
     std::int32_t high = pool.items.used - 1;
     while (low <= high) {
-        const std::int32_t mid = (low + high) / 2;
-        const std::intptr_t beyond = signed_distance(item, map[mid].block_base);
-        if (beyond == 0) {
-            high = mid;
-            break;
-        }
-        if (beyond > 0) {
+        const std::int32_t mid = low + (high - low) / 2;
+        if (order_addresses(map[mid].block_base, item) > 0) {
             high = mid - 1;
         } else {
             low = mid + 1;
@@ -221,7 +216,8 @@ inline std::int32_t get_addr(const qek_pool &pool, const qek_pool_map_entry *map
     if (high < 0) {
         return -1;
     }
-    offset = static_cast<std::uint32_t>(signed_distance(map[high].block_base, item));
+    offset = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(item) -
+                                        reinterpret_cast<std::uintptr_t>(map[high].block_base));
     return map[high].block_index;
 }
 

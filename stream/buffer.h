@@ -153,7 +153,9 @@ void overwrite(typename Form::record &record, std::int32_t position,
 template <form Form>
 void move_tail(typename Form::record &record, std::int64_t from, std::int64_t to) noexcept
 {
-    move_units(record.data + to, record.data + from, record.length - from);
+    if (from < record.length) {
+        move_units(record.data + to, record.data + from, record.length - from);
+    }
 }
 
 template <typename Record>
