@@ -38,10 +38,17 @@ endforeach()
 
 target_compile_definitions(qek_std PRIVATE QEK_STD_BUILD)
 target_compile_definitions(qek_std_static PUBLIC QEK_STD_STATIC)
+# The sources are analysed once, as those of the shared library.
+set_target_properties(qek_std_static PROPERTIES EXPORT_COMPILE_COMMANDS OFF)
 set_target_properties(qek_std PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${qek_soversion})
 if(NOT WIN32)
     target_link_options(qek_std PRIVATE
-        -Wl,--version-script=${qek_version_script} -Wl,--as-needed -Wl,-z,defs
+        -Wl,--version-script=${qek_version_script} -Wl,--as-needed
         $<$<CONFIG:Release>:-Wl,--gc-sections>)
+    # A sanitizer's run time comes with the program. Without one the library is closed in itself: the
+    # helpers that the compiler calls (32-bit code has some) come from the static libgcc.
+    if(NOT QEK_SANITIZE)
+        target_link_options(qek_std PRIVATE -Wl,-z,defs -static-libgcc)
+    endif()
     set_target_properties(qek_std PROPERTIES LINK_DEPENDS ${qek_version_script})
 endif()
