@@ -292,7 +292,7 @@ bool update_measured(typename Form::record &record, std::int32_t position, std::
 template <form Form>
 void remove(typename Form::record &record, std::int32_t position, std::int64_t end) noexcept
 {
-    const std::int64_t length = position + record.length - end;
+    const std::int64_t length = wide(position) + record.length - end;
     if (position >= 0 && end >= 0 && length <= record.capacity) {
         move_tail<Form>(record, end, position);
         shrink<Form>(record, length);
