@@ -1,1 +1,159 @@
 // SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
+
+#include "qek_std.h"
+#include "support/allocations.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <bitset>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <vector>
+
+using namespace std::string_literals;
+
+namespace {
+
+constexpr auto lowest = std::numeric_limits<std::int32_t>::min();
+constexpr auto highest = std::numeric_limits<std::int32_t>::max();
+
+using arena = std::array<std::uint8_t, 160>;
+
+arena numbered()
+{
+    arena bytes;
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        bytes[at] = static_cast<std::uint8_t>(at + 1);
+    }
+    return bytes;
+}
+
+void told_copy(std::uint8_t *dest, const std::uint8_t *src, std::int32_t size)
+{
+    for (; size >= 4; size -= 4, dest += 4, src += 4) {
+        const std::uint8_t word[4] = {src[0], src[1], src[2], src[3]};
+        std::memcpy(dest, word, 4);
+    }
+    while (size-- > 0) {
+        *dest++ = *src++;
+    }
+}
+
+void told_move(std::uint8_t *dest, std::uint8_t *src, std::int32_t size)
+{
+    if (std::abs(dest - src) < 4) {
+        std::memmove(dest, src, static_cast<std::size_t>(size));
+        return;
+    }
+    told_copy(dest, src, size);
+    const bool overlap = std::abs(dest - src) < size;
+    std::uint8_t *vacated = overlap && src > dest ? dest + size : src;
+    std::fill_n(vacated, overlap ? std::abs(dest - src) : size, std::uint8_t{0});
+}
+
+TEST(mem, copies_moves_and_zeroes_at_every_distance_size_and_alignment)
+{
+    for (std::int32_t src = 48; src < 52; ++src) {
+        for (std::int32_t dest = src - 44; dest <= src + 44; ++dest) {
+            for (std::int32_t size = 0; size <= 41; ++size) {
+                const auto check = [&](auto call, auto told) {
+                    arena found = numbered();
+                    arena expected = numbered();
+                    call(&found[std::size_t(dest)], &found[std::size_t(src)], size);
+                    told(&expected[std::size_t(dest)], &expected[std::size_t(src)], size);
+                    ASSERT_EQ(found, expected) << src << "->" << dest << " of " << size;
+                };
+                check(qek_mem_copy, told_copy);
+                check(qek_mem_move, told_move);
+                check([](auto *to, auto *, auto count) { qek_mem_zero(to, count); },
+                      [](auto *to, auto *, auto count) { std::fill_n(to, count, 0); });
+                ASSERT_FALSE(HasFailure());
+            }
+        }
+    }
+}
+
+TEST(mem, searches_as_a_naive_scan_does)
+{
+    for (unsigned number = 0; number < 1U << 13; ++number) {
+        const std::string text = std::bitset<9>(number).to_string('\0', '\xFF');
+        const std::string needle = std::bitset<4>(number >> 9).to_string('\0', '\xFF');
+        const char *hay = text.data() + 1;
+        const auto byte = static_cast<std::uint8_t>(needle[0]);
+        for (int size = 0; size <= 7; ++size) {
+            const std::string range = text.substr(1, std::size_t(size));
+            ASSERT_EQ(qek_mem_chr(hay, size, byte), int(range.find(needle[0]))) << number;
+            ASSERT_EQ(qek_mem_rchr(hay, size, byte), int(range.rfind(needle[0]))) << number;
+            ASSERT_EQ(qek_mem_str(hay, size, needle.data(), 0),
+                      int((range + hay[size]).find(needle[0])));
+            for (int sought = 1; sought <= 4; ++sought) {
+                const auto hit = range.find(needle.data(), 0, std::size_t(sought));
+                ASSERT_EQ(qek_mem_str(hay, size, needle.data(), sought), int(hit)) << number;
+            }
+        }
+    }
+    for (const int size : {-1, lowest}) {
+        EXPECT_EQ(qek_mem_chr("a", size, 'a'), -1);
+        EXPECT_EQ(qek_mem_rchr("a", size, 'a'), -1);
+        EXPECT_EQ(qek_mem_str("a", size, "a", 0), -1);
+    }
+}
+
+TEST(mem, orders_by_the_first_difference_at_every_place_and_alignment)
+{
+    for (std::size_t shift = 0; shift < 64; ++shift) {
+        for (std::size_t place = 0; place < 26; ++place) {
+            const auto size = static_cast<std::int32_t>(place) + 2;
+            std::vector<std::uint8_t> bytes_a(shift % 8 + place + 2,
+                                              0x55); // blocks end with the bytes
+            std::vector<std::uint8_t> bytes_b(shift / 8 + place + 2, 0x55);
+            std::uint8_t *const a = bytes_a.data() + shift % 8;
+            std::uint8_t *const b = bytes_b.data() + shift / 8;
+            ASSERT_EQ(qek_mem_cmp(a, size, b, size), 0);
+            ASSERT_EQ(qek_mem_cmp(a, size, b, size - 2), 2);
+            a[place] = b[place + 1] = 0x90;
+            b[place] = a[place + 1] = 0x60; // the next byte disagrees
+            ASSERT_EQ(qek_mem_cmp(a, size, b, size - 1), 0x30);
+            ASSERT_EQ(qek_mem_cmp(b, size - 1, a, size), -0x30);
+            ASSERT_EQ(qek_mem_cmp(a, size - 2, b, size), -2);
+        }
+    }
+}
+
+TEST(mem, orders_every_pair_of_bytes_and_then_the_sizes)
+{
+    const auto lower = [](int ch) { return ch >= 'A' && ch <= 'Z' ? ch + 32 : ch; };
+    for (int a = 0; a < 256; ++a) {
+        for (int b = 0; b < 256; ++b) {
+            const std::uint8_t left[] = {static_cast<std::uint8_t>(a), 'x'};
+            const std::uint8_t right[] = {static_cast<std::uint8_t>(b), 'Z'};
+            ASSERT_EQ(qek_mem_cmp(left, 2, right, 2), a == b ? 'x' - 'Z' : a - b);
+            const int ordered = lower(a) - lower(b);
+            ASSERT_EQ(qek_mem_icmp(left, 2, right, 2), ordered == 0 ? 'x' - 'z' : ordered);
+        }
+    }
+    const std::int32_t table[][3] = {
+        {3, 6, -3}, {6, 3, 3}, {0, 0, 0}, {-1, 2, -3}, {lowest, 1, highest}};
+    for (const auto &[a_size, b_size, result] : table) {
+        EXPECT_EQ(qek_mem_cmp("abcdef", a_size, "abcxyz", b_size), result);
+        EXPECT_EQ(qek_mem_icmp("abcDEF", a_size, "ABCxyz", b_size), result);
+    }
+}
+
+TEST(heap, hands_calls_to_the_runtime)
+{
+    const qek_test::allocations second_fails(2);
+    void *block = qek_malloc(7);
+    EXPECT_NE(block, nullptr);
+    EXPECT_EQ(qek_malloc(0xFFFFFFFF), nullptr);
+    EXPECT_THAT(second_fails.sizes(), testing::ElementsAre(7U, 0xFFFFFFFFU));
+    qek_free(block);
+    qek_free(nullptr);
+}
+
+} // namespace
