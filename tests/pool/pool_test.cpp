@@ -15,7 +15,7 @@ using qek_test::allocations;
 using qek_test::pool_fault;
 
 using item = std::uint8_t *;
-constexpr int pointer_size = sizeof(void *);
+constexpr std::size_t pointer_size = sizeof(void *);
 
 struct test_pool : qek_pool {
     explicit test_pool(std::int32_t size = 8, std::int32_t per_block = 0)
@@ -53,7 +53,7 @@ TEST(pool, needs_an_item_size)
     EXPECT_TRUE(pool.is_without_memory());
     EXPECT_EQ(watch.count() + pool.items_per_block, 0);
     qek_pool_free(&pool, &pool);
-    EXPECT_EQ(watch.sizes(), std::vector<std::size_t>({4 * pointer_size, 16 * pointer_size}));
+    EXPECT_EQ(watch.sizes(), std::vector({4 * pointer_size, 16 * pointer_size}));
 }
 
 // 33 blocks of items, then the stack that holds all of them.
@@ -63,7 +63,7 @@ TEST(pool, opens_blocks_and_grows_tables)
         std::vector<std::size_t> sizes(33, block_size);
         for (const auto &[block, capacity] :
              {std::pair(32, 48U), {20, 32U}, {12, 20U}, {8, 12U}, {4, 8U}, {0, 4U}}) {
-            sizes.insert(sizes.begin() + block, unsigned{pointer_size} * capacity);
+            sizes.insert(sizes.begin() + block, capacity * pointer_size);
         }
         return sizes;
     };
