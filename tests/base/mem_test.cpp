@@ -12,10 +12,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <numeric>
 #include <string>
 #include <vector>
-
-using namespace std::string_literals;
 
 namespace {
 
@@ -27,20 +26,15 @@ using arena = std::array<std::uint8_t, 160>;
 arena numbered()
 {
     arena bytes;
-    for (std::size_t at = 0; at < bytes.size(); ++at) {
-        bytes[at] = static_cast<std::uint8_t>(at + 1);
-    }
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{1});
     return bytes;
 }
 
-void told_copy(std::uint8_t *dest, const std::uint8_t *src, std::int32_t size)
+void told_copy(std::uint8_t *dest, const std::uint8_t *src, int size)
 {
-    for (; size >= 4; size -= 4, dest += 4, src += 4) {
-        const std::uint8_t word[4] = {src[0], src[1], src[2], src[3]};
-        std::memcpy(dest, word, 4);
-    }
-    while (size-- > 0) {
-        *dest++ = *src++;
+    for (int at = 0, step = 4; at < size; at += step) {
+        step = size - at < 4 ? 1 : 4;
+        std::memmove(dest + at, src + at, std::size_t(step));
     }
 }
 
