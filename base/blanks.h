@@ -29,6 +29,9 @@ template <typename Unit> constexpr bool is_blank(Unit unit) noexcept
 template <typename Unit>
 text_between_blanks find_text(const Unit *units, std::int32_t begin, std::int32_t end) noexcept
 {
+    if (end <= begin) {
+        return {1, 0, false};
+    }
     std::int32_t first = begin;
     while (first < end && is_blank(units[first])) {
         ++first;

@@ -30,29 +30,17 @@ constexpr std::size_t block_size(std::int64_t bytes) noexcept
 }
 
 // A block of zero bytes. It is not checked: exhaustion faults here.
-inline void *take_zeroed(std::int64_t bytes) noexcept
-{
-    void *block = take_block(block_size(bytes));
-    std::memset(block, 0, block_size(bytes));
-    return block;
-}
+void *take_zeroed(std::int64_t bytes) noexcept;
 
-// A block of `units`, opening with the first `kept` units of `old` and zero behind them; `old` is
+// A block of `bytes`, opening with the first `kept` bytes of `old` and zero behind them; `old` is
 // given back. Null, with `old` untouched, when there is no memory for it.
-template <typename Unit> Unit *regrown(Unit *old, std::int32_t kept, std::int64_t units) noexcept
+void *regrown(void *old, std::int64_t kept, std::int64_t bytes) noexcept;
+
+template <typename Unit>
+Unit *regrown_units(Unit *old, std::int64_t kept, std::int64_t units) noexcept
 {
     constexpr auto unit_size = static_cast<std::int64_t>(sizeof(Unit));
-    const std::int64_t kept_bytes = old == nullptr ? 0 : kept * unit_size;
-    auto *fresh = static_cast<std::uint8_t *>(take_block(block_size(units * unit_size)));
-    if (fresh == nullptr) {
-        return nullptr;
-    }
-    if (kept_bytes > 0) {
-        std::memcpy(fresh, old, block_size(kept_bytes));
-    }
-    std::memset(fresh + kept_bytes, 0, block_size(units * unit_size - kept_bytes));
-    give_block(old);
-    return reinterpret_cast<Unit *>(fresh);
+    return static_cast<Unit *>(regrown(old, kept * unit_size, units * unit_size));
 }
 
 } // namespace qek

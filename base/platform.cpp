@@ -27,6 +27,8 @@ int qek::platform::compare_ignoring_case(const char *a, const char *b) noexcept
     return _stricmp(a, b);
 }
 
+const char *qek::platform::signed_64_bit_decimal() noexcept { return "%I64d"; }
+
 #else
 
 #include <strings.h>
@@ -35,5 +37,7 @@ int qek::platform::compare_ignoring_case(const char *a, const char *b) noexcept
 {
     return strcasecmp(a, b);
 }
+
+const char *qek::platform::signed_64_bit_decimal() noexcept { return "%lld"; }
 
 #endif

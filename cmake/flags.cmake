@@ -2,8 +2,14 @@
 # Compiler flags: `qek_flags` is what every target of the project gets, `qek_library_flags` what only
 # the library gets.
 
-set(CMAKE_C_FLAGS_RELEASE "-O2 -DNDEBUG")
-set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+# The library's code is small pieces that are called and left: padding for jumps and loops buys little
+# there and makes it larger by a twentieth.
+set(qek_release "-O2 -DNDEBUG")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    string(APPEND qek_release " -fno-align-jumps -fno-align-loops")
+endif()
+set(CMAKE_C_FLAGS_RELEASE "${qek_release}")
+set(CMAKE_CXX_FLAGS_RELEASE "${qek_release}")
 
 add_library(qek_flags INTERFACE)
 target_compile_features(qek_flags INTERFACE cxx_std_20 c_std_99)

@@ -2,7 +2,7 @@
 # The library, shared and static, from one list of sources.
 
 set(qek_sources
-    base/heap.cpp base/mem.cpp base/platform.cpp base/str.cpp
+    base/bytes.cpp base/heap.cpp base/mem.cpp base/platform.cpp base/str.cpp
     stream/checksum.cpp stream/compact.cpp stream/fields.cpp stream/stream.cpp
     pool/pool.cpp
     text/string.cpp)

@@ -19,21 +19,22 @@
 // unit, so that a failed growth leaves the record bit for bit as it was.
 //
 // Cost. Appending is amortised constant up to the bound on a step, then linear per step of 8 Mi
-// units; editing is one move of the tail. Nothing is ever resized in place and nothing but `release`
-// gives memory back.
+// units; editing is one move of the tail. Nothing is ever resized in place and nothing but
+// `release` gives memory back.
 //
 // Numbers from callers are used as they come, but what they would make an operation do outside of
 // the buffer is not done: the bounds below are there for memory, not for messages.
 //
 // Turned down: a common base record with virtual rounding (a call per growth, and records are plain
-// C), and deriving the string from the stream by re-terminating after each stream call (growth would
-// have to be split from rounding anyway).
+// C), and deriving the string from the stream by re-terminating after each stream call (growth
+// would have to be split from rounding anyway).
 #pragma once
 
 #include "base/arith.h"
 #include "base/bytes.h"
 #include "base/growth.h"
 #include "base/heap.h"
+#include "base/wide.h"
 #include "qek_std.h"
 
 #include <concepts>
@@ -107,23 +108,26 @@ template <typename First, typename Second> void swap(First &first, Second &secon
     second = {kept.data, kept.length, kept.capacity};
 }
 
-template <form Form> bool expand(typename Form::record &record, std::int64_t wanted) noexcept
+template <form Form>
+[[gnu::noinline]] bool grow(typename Form::record &record, std::int64_t wanted) noexcept
 {
-    if (record.capacity >= wanted) {
-        return true;
-    }
     const std::int64_t capacity =
         Form::rounded(grown(record.length, record.capacity, wanted, buffer_steps));
     if (!is_capacity(capacity)) {
         return false;
     }
-    auto *fresh = regrown(record.data, record.capacity, capacity + Form::spare_units);
+    auto *fresh = regrown_units(record.data, record.capacity, capacity + Form::spare_units);
     if (fresh == nullptr) {
         return false;
     }
     record.data = fresh;
     record.capacity = static_cast<std::int32_t>(capacity);
     return true;
+}
+
+template <form Form> bool expand(typename Form::record &record, std::int64_t wanted) noexcept
+{
+    return record.capacity >= wanted || grow<Form>(record, wanted);
 }
 
 // Sets the length, up or down, within the capacity. A negative length is ignored.
@@ -299,6 +303,18 @@ void remove(typename Form::record &record, std::int32_t position, std::int64_t e
     }
 }
 
+// A run that passes the end removes nothing at all, and one that meets it cuts.
+template <form Form>
+void remove_inside(typename Form::record &record, std::int32_t position, std::int32_t size) noexcept
+{
+    const std::int64_t end = wide(position) + size;
+    if (end < record.length) {
+        remove<Form>(record, position, end);
+    } else if (end == record.length) {
+        shrink<Form>(record, position);
+    }
+}
+
 // A negative count leaves the record alone here, and empties it in `mid` and `right`: intended.
 template <form Form> void left(typename Form::record &record, std::int32_t count) noexcept
 {
@@ -362,17 +378,6 @@ void right_into(const Source &source, std::int32_t count, typename Form::record 
 {
     const std::int32_t taken = smaller(count, source.length);
     mid_into<Form>(source, source.length - larger(taken, 1), taken, target);
-}
-
-// The unit 0 cannot be searched for.
-template <typename Record>
-std::int32_t find_from(const Record &record, std::uint8_t ch, std::int32_t start) noexcept
-{
-    if (is_empty(record) || ch == 0 || start < 0 || start >= record.length) {
-        return -1;
-    }
-    const std::int32_t hit = find_byte(record.data + start, record.length - start, ch);
-    return hit < 0 ? -1 : hit + start;
 }
 
 } // namespace qek::buffer

@@ -49,7 +49,8 @@ void write_high_first(qek_stream &stream, std::int32_t &position, std::uint32_t 
     cursor::advance(position, length);
 }
 
-// A form cut off by the length reads on into the bytes behind it; behind the buffer there are zeros.
+// A form cut off by the length reads on into the bytes behind it; behind the buffer there are
+// zeros.
 std::uint32_t read_high_first(const qek_stream &stream, std::int32_t &position,
                               std::int32_t length) noexcept
 {

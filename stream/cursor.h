@@ -5,8 +5,8 @@
 //
 // A fixed-width access is all or nothing: it takes place when its whole width lies below the
 // stream's length, and the cursor moves by the width either way, so that a reader past the end sees
-// zeros at the places where a full read would have stood, and a writer run over a stream that is too
-// short measures the size that it needs.
+// zeros at the places where a full read would have stood, and a writer run over a stream that is
+// too short measures the size that it needs.
 //
 // The cursor wraps through the unsigned type; what lies at the far end of int32_t, and below zero,
 // is past the end like anything else.

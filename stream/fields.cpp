@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
-// Fields of the serialised form: fixed-width integers, low byte first, and runs with a length prefix.
+// Fields of the serialised form: fixed-width integers, low byte first, and runs with a length
+// prefix.
 
 #include "stream/buffer.h"
 #include "stream/cursor.h"

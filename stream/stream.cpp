@@ -4,6 +4,7 @@
 // The byte stream: a growable buffer with no terminator. The editing is buffer.h; fields, compact
 // integers and checksums have sources of their own.
 
+#include "base/search.h"
 #include "stream/buffer.h"
 
 using namespace qek;
@@ -13,17 +14,6 @@ using buffer::string_form;
 namespace {
 
 const std::uint8_t nothing = 0;
-
-// A run that passes the end removes nothing at all, and one that meets it cuts.
-void remove_inside(qek_stream &stream, std::int32_t position, std::int32_t size) noexcept
-{
-    const std::int64_t end = wide(position) + size;
-    if (end < stream.length) {
-        buffer::remove<stream_form>(stream, position, end);
-    } else if (end == stream.length) {
-        buffer::shrink<stream_form>(stream, position);
-    }
-}
 
 } // namespace
 
@@ -89,12 +79,12 @@ void qek_stream_set_at(qek_stream *stream, int32_t index, uint8_t value)
 
 int32_t qek_stream_find(const qek_stream *stream, uint8_t ch)
 {
-    return buffer::find_from(*stream, ch, 0);
+    return text::find_unit_in(text::span_of(*stream), ch, 0);
 }
 
 int32_t qek_stream_find_pos(const qek_stream *stream, uint8_t ch, int32_t start)
 {
-    return buffer::find_from(*stream, ch, start);
+    return text::find_unit_in(text::span_of(*stream), ch, start);
 }
 
 int32_t qek_stream_insert(qek_stream *stream, int32_t position, const void *bytes, int32_t size)
@@ -110,7 +100,7 @@ int32_t qek_stream_update(qek_stream *stream, int32_t position, int32_t old_size
 
 void qek_stream_delete(qek_stream *stream, int32_t position, int32_t size)
 {
-    remove_inside(*stream, position, size);
+    buffer::remove_inside<stream_form>(*stream, position, size);
 }
 
 void qek_stream_left(qek_stream *stream, int32_t size) { buffer::left<stream_form>(*stream, size); }

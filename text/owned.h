@@ -3,14 +3,13 @@
 
 // Editing that is text and not only a buffer: the core of the owned texts.
 //
-// It stands on stream/buffer.h, which does all that lengths and positions decide, and adds what looks
-// at the units: trimming, mapping of letters, single units. A form is that of stream/buffer.h.
-//
-// Letters are mapped by the runtime's byte routines in its current locale. `widen` says how a unit
-// reaches them.
+// It stands on stream/buffer.h, which does all that lengths and positions decide, and adds what
+// looks at the units: trimming, single units, building a text anew. A form is that of
+// stream/buffer.h.
 #pragma once
 
 #include "base/blanks.h"
+#include "base/search.h"
 #include "stream/buffer.h"
 
 #include <cstdint>
@@ -64,14 +63,86 @@ void append_unit(typename Form::record &text, typename Form::unit unit) noexcept
     buffer::append<Form>(text, &unit, 1);
 }
 
-template <typename Record, typename Map> void map_units(Record &text, Map map) noexcept
+template <buffer::form Form>
+std::int32_t replace_unit(typename Form::record &text, typename Form::unit old_unit,
+                          typename Form::unit new_unit) noexcept
 {
-    if (buffer::is_empty(text)) {
-        return;
+    std::int32_t replaced = 0;
+    for (std::int32_t at = 0; !buffer::is_empty(text) && at < text.length; ++at) {
+        if (text.data[at] == old_unit) {
+            text.data[at] = new_unit;
+            ++replaced;
+        }
     }
-    for (std::int32_t at = 0; at < text.length; ++at) {
-        text.data[at] = map(text.data[at]);
+    return replaced;
+}
+
+// A text that is built beside another one and takes its place, so that what it is built from may
+// lie in the other: the old buffer goes last. Nothing is taken over unless there was room to start.
+template <buffer::form Form> class rebuilding {
+  public:
+    explicit rebuilding(typename Form::record &text, std::int64_t room) noexcept
+        : text_(text), has_room_(buffer::expand<Form>(fresh_, room))
+    {
     }
+    ~rebuilding()
+    {
+        if (has_room_) {
+            buffer::swap(text_, fresh_);
+        }
+        buffer::release(fresh_);
+    }
+    rebuilding(const rebuilding &) = delete;
+    rebuilding &operator=(const rebuilding &) = delete;
+
+    bool has_room() const noexcept { return has_room_; }
+    typename Form::record &fresh() noexcept { return fresh_; }
+
+    // The old text from where this left off up to `end`, then `inserted` in place of `skipped`
+    // units.
+    void carry_over(std::int32_t end, const typename Form::unit *inserted,
+                    std::int32_t skipped) noexcept
+    {
+        append_old(end);
+        buffer::append<Form>(fresh_, inserted, -1);
+        done_ = end + skipped;
+    }
+    void carry_over_rest() noexcept { append_old(text_.length); }
+    std::int32_t done() const noexcept { return done_; }
+
+  private:
+    void append_old(std::int32_t end) noexcept
+    {
+        if (end > done_) {
+            buffer::append<Form>(fresh_, text_.data + done_, end - done_);
+        }
+    }
+
+    typename Form::record &text_;
+    typename Form::record fresh_{};
+    std::int32_t done_ = 0;
+    bool has_room_;
+};
+
+// An empty `find` is found again at the same place each time: the caller's error, and no way out.
+template <buffer::form Form>
+std::int32_t replace(typename Form::record &text, const typename Form::unit *find,
+                     const typename Form::unit *replacement) noexcept
+{
+    rebuilding<Form> result(text, text.length);
+    if (!result.has_room()) {
+        return 0;
+    }
+    std::int32_t count = 0;
+    std::int32_t hit = find_in_owned(span_of(text), find, -1, 0);
+    const std::int32_t skipped = measured(find, -1);
+    while (hit >= 0) {
+        ++count;
+        result.carry_over(hit, replacement, skipped);
+        hit = find_in_owned(span_of(text), find, -1, result.done());
+    }
+    result.carry_over_rest();
+    return count;
 }
 
 } // namespace qek::text

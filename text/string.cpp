@@ -4,10 +4,9 @@
 // The owned 8-bit text. Lengths and positions are stream/buffer.h, letters and blanks owned.h,
 // comparing and searching search.h.
 
+#include "base/search.h"
+#include "text/letters.h"
 #include "text/owned.h"
-#include "text/search.h"
-
-#include <cctype>
 
 using namespace qek;
 using buffer::string_form;
@@ -16,38 +15,7 @@ namespace {
 
 const std::uint8_t outside = 0xFF;
 
-text::span span_of(const qek_string &string) noexcept { return {string.data, string.length}; }
-
-std::uint8_t lowered(std::uint8_t ch) noexcept
-{
-    return static_cast<std::uint8_t>(std::tolower(static_cast<std::int8_t>(ch)));
-}
-
-std::uint8_t raised(std::uint8_t ch) noexcept
-{
-    return static_cast<std::uint8_t>(std::toupper(static_cast<std::int8_t>(ch)));
-}
-
-std::int32_t find_terminated(const std::uint8_t *hay, const void *needle) noexcept
-{
-    const char *start = reinterpret_cast<const char *>(hay);
-    const char *hit = std::strstr(start, static_cast<const char *>(needle));
-    return hit == nullptr ? -1 : distance(start, hit);
-}
-
-// A negative length asks for another search, and not only for measuring: the one for terminated
-// text, which a zero byte stops. That is intended.
-std::int32_t find_from(const qek_string &string, const void *text, std::int32_t length,
-                       std::int32_t start) noexcept
-{
-    if (buffer::is_empty(string) || text == nullptr || start < 0 || start >= string.length) {
-        return -1;
-    }
-    const std::uint8_t *hay = string.data + start;
-    const std::int32_t hit = length < 0 ? find_terminated(hay, text)
-                                        : find_bytes(hay, string.length - start, text, length);
-    return hit < 0 ? -1 : hit + start;
-}
+using text::span_of;
 
 } // namespace
 
@@ -81,9 +49,15 @@ void qek_string_clone(const qek_string *source, qek_string *target)
     buffer::clone<string_form>(*source, *target);
 }
 
-void qek_string_make_lower(qek_string *string) { text::map_units(*string, lowered); }
+void qek_string_make_lower(qek_string *string)
+{
+    text::map_units(string->data, string->length, text::lowered);
+}
 
-void qek_string_make_upper(qek_string *string) { text::map_units(*string, raised); }
+void qek_string_make_upper(qek_string *string)
+{
+    text::map_units(string->data, string->length, text::raised);
+}
 
 void qek_string_copy(qek_string *string, const void *text, int32_t length)
 {
@@ -117,22 +91,22 @@ void qek_string_set_at(qek_string *string, int32_t index, uint8_t ch)
 
 int32_t qek_string_compare(const qek_string *string, const void *text, int32_t length)
 {
-    return text::compare<order_bytes>(span_of(*string), text, length);
+    return text::compare(span_of(*string), as_bytes(text), length);
 }
 
 int32_t qek_string_icompare(const qek_string *string, const void *text, int32_t length)
 {
-    return text::compare<order_bytes_ignoring_case>(span_of(*string), text, length);
+    return text::compare_ignoring_case(span_of(*string), as_bytes(text), length);
 }
 
 int32_t qek_string_find_char(const qek_string *string, uint8_t ch)
 {
-    return buffer::find_from(*string, ch, 0);
+    return text::find_unit_in(span_of(*string), ch, 0);
 }
 
 int32_t qek_string_find_char_pos(const qek_string *string, uint8_t ch, int32_t start)
 {
-    return buffer::find_from(*string, ch, start);
+    return text::find_unit_in(span_of(*string), ch, start);
 }
 
 int32_t qek_string_reverse_find(const qek_string *string, uint8_t ch)
@@ -142,13 +116,13 @@ int32_t qek_string_reverse_find(const qek_string *string, uint8_t ch)
 
 int32_t qek_string_find(const qek_string *string, const void *text, int32_t length)
 {
-    return find_from(*string, text, length, 0);
+    return text::find_in_owned(span_of(*string), as_bytes(text), length, 0);
 }
 
 int32_t qek_string_find_pos(const qek_string *string, const void *text, int32_t length,
                             int32_t start)
 {
-    return find_from(*string, text, length, start);
+    return text::find_in_owned(span_of(*string), as_bytes(text), length, start);
 }
 
 int32_t qek_string_insert(qek_string *string, int32_t position, const void *text, int32_t length)

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
+
+// The searches and orders of bytes.h for text of 16-bit units, whatever the platform's own wide
+// character is. A unit reaches the runtime's byte routines for letters as it stands, so that units
+// above 255 are never mapped.
+#pragma once
+
+#include "base/bytes.h"
+
+#include <cctype>
+#include <cstdint>
+#include <limits>
+
+namespace qek {
+
+inline std::int32_t text_length(const std::uint16_t *text) noexcept
+{
+    std::int32_t length = 0;
+    while (text[length] != 0 && length < std::numeric_limits<std::int32_t>::max()) {
+        ++length;
+    }
+    return length;
+}
+
+inline std::int32_t measured(const std::uint16_t *text, std::int32_t length) noexcept
+{
+    if (length >= 0) {
+        return length;
+    }
+    return text == nullptr ? 0 : text_length(text);
+}
+
+inline std::int32_t find_unit(const std::uint8_t *units, std::int32_t size,
+                              std::uint8_t unit) noexcept
+{
+    return find_byte(units, size, unit);
+}
+
+inline std::int32_t find_unit(const std::uint16_t *units, std::int32_t size,
+                              std::uint16_t unit) noexcept
+{
+    for (std::int32_t at = 0; at < size; ++at) {
+        if (units[at] == unit) {
+            return at;
+        }
+    }
+    return -1;
+}
+
+inline std::int32_t find_last_unit(const std::uint8_t *units, std::int32_t size,
+                                   std::uint8_t unit) noexcept
+{
+    return find_last_byte(units, size, unit);
+}
+
+inline std::int32_t find_last_unit(const std::uint16_t *units, std::int32_t size,
+                                   std::uint16_t unit) noexcept
+{
+    std::int32_t at = size - 1;
+    while (at >= 0 && units[at] != unit) {
+        --at;
+    }
+    return larger(at, -1);
+}
+
+inline std::int32_t find_units(const std::uint8_t *hay, std::int32_t hay_size,
+                               const std::uint8_t *needle, std::int32_t needle_size) noexcept
+{
+    return find_bytes(hay, hay_size, needle, needle_size);
+}
+
+// An empty needle behaves as in `find_bytes`.
+inline std::int32_t find_units(const std::uint16_t *hay, std::int32_t hay_size,
+                               const std::uint16_t *needle, std::int32_t needle_size) noexcept
+{
+    const std::size_t rest = needle_size > 1 ? static_cast<std::size_t>(needle_size) - 1 : 0;
+    const std::int32_t last = hay_size - larger(needle_size, 0);
+    for (std::int32_t at = 0; at <= last; ++at) {
+        if (hay[at] == needle[0] &&
+            std::memcmp(hay + at + 1, needle + 1, rest * sizeof *needle) == 0) {
+            return at;
+        }
+    }
+    return -1;
+}
+
+inline std::int32_t find_terminated(const std::uint8_t *hay, const std::uint8_t *needle) noexcept
+{
+    const char *start = reinterpret_cast<const char *>(hay);
+    const char *hit = std::strstr(start, reinterpret_cast<const char *>(needle));
+    return hit == nullptr ? -1 : distance(start, hit);
+}
+
+inline bool opens_with(const std::uint16_t *text, const std::uint16_t *opening) noexcept
+{
+    while (*opening != 0 && *opening == *text) {
+        ++opening;
+        ++text;
+    }
+    return *opening == 0;
+}
+
+inline std::int32_t find_terminated(const std::uint16_t *hay, const std::uint16_t *needle) noexcept
+{
+    std::int32_t at = 0;
+    while (!opens_with(hay + at, needle)) {
+        if (hay[at] == 0) {
+            return -1;
+        }
+        ++at;
+    }
+    return at;
+}
+
+inline std::int32_t lowered_unit(std::uint16_t unit) noexcept
+{
+    return unit > 0xFF ? unit : std::tolower(unit);
+}
+
+inline std::int32_t raised_unit(std::uint16_t unit) noexcept
+{
+    return unit > 0xFF ? unit : std::toupper(unit);
+}
+
+template <typename Value>
+std::int32_t order_by_value(const std::uint16_t *a, std::int32_t a_size, const std::uint16_t *b,
+                            std::int32_t b_size, Value value) noexcept
+{
+    const std::int32_t common = smaller(a_size, b_size);
+    for (std::int32_t at = 0; at < common; ++at) {
+        if (value(a[at]) != value(b[at])) {
+            return value(a[at]) - value(b[at]);
+        }
+    }
+    return wrapping_difference(a_size, b_size);
+}
+
+inline std::int32_t order_units(const std::uint16_t *a, std::int32_t a_size, const std::uint16_t *b,
+                                std::int32_t b_size) noexcept
+{
+    return order_by_value(a, a_size, b, b_size,
+                          [](std::uint16_t unit) -> std::int32_t { return unit; });
+}
+
+inline std::int32_t order_units_ignoring_case(const std::uint16_t *a, std::int32_t a_size,
+                                              const std::uint16_t *b, std::int32_t b_size) noexcept
+{
+    return order_by_value(a, a_size, b, b_size, lowered_unit);
+}
+
+inline std::int32_t order_units(const std::uint8_t *a, std::int32_t a_size, const std::uint8_t *b,
+                                std::int32_t b_size) noexcept
+{
+    return order_bytes(a, a_size, b, b_size);
+}
+
+inline std::int32_t order_units_ignoring_case(const std::uint8_t *a, std::int32_t a_size,
+                                              const std::uint8_t *b, std::int32_t b_size) noexcept
+{
+    return order_bytes_ignoring_case(a, a_size, b, b_size);
+}
+
+} // namespace qek
