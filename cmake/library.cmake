@@ -5,6 +5,7 @@ set(qek_sources
     base/bytes.cpp base/heap.cpp base/mem.cpp base/platform.cpp base/str.cpp
     stream/checksum.cpp stream/compact.cpp stream/fields.cpp stream/stream.cpp
     pool/iter.cpp pool/owned.cpp pool/pool.cpp pool/translation.cpp
+    array/arrays.cpp
     text/string.cpp)
 
 # The exported names stand in one list; the linker's version node is made from it.

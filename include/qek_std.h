@@ -1831,11 +1831,10 @@ QEK_API void qek_string_match(qek_string *string, const void *marker, ...);
  * - any other adds 32, flags, widths and precisions too: `%5d` and `%-40s` add 32;
  * - a NUL ends the pass.
  *
- * The pass steps one word-wide argument on at each `%` and then goes on at the character that it
- * looked at, so that `%%` counts as two conversions, with the second taken together with what
- * follows it. Hence a plain `%s` must not stand behind a `%%`, a `*`, or a conversion whose
- * argument is a floating number or wider than a word, nor an `s` or `S` right behind a `%%`: a
- * wrong argument would be read as a text. Nothing guards against it.
+ * The pass goes on at the character that it looked at, so that `%%` adds 64, and an `s` right
+ * behind it adds 32 and reads no argument. Arguments are stepped over by their own types, so that
+ * a `%s` may stand behind any conversion of the runtime. Behind one that the pass does not know (a
+ * numbered argument, say) no argument is read any more, and each `%s` adds 32.
  *
  * The estimate fixes the capacity, which is that of a fresh string after qek_string_expand() to the
  * estimate. An expansion that does not fit is cut at the capacity. A conversion that the runtime
@@ -5024,8 +5023,8 @@ typedef struct qek_hash_entry {
  * `value_pool` before the first qek_hash_set().
  */
 typedef struct qek_hash {
-    qek_arrays buckets;      /**< the first entry of each chain, or null; `pool` in it is as
-                                  qek_hash_init() left it, and is not freed through it */
+    qek_arrays buckets;      /**< the first entry of each chain, or null; `pool` in it is told
+                                  by `init`, goes along in `swap`, and is not used or freed */
     int32_t entry_count;     /**< entries in the table */
     qek_stream keys;         /**< the text of all keys, one after another, without terminators */
     qek_pool *entry_pool;    /**< where entries come from */
@@ -5099,7 +5098,8 @@ QEK_API void qek_hash_clone(const qek_hash *source, qek_pool *source_aux_pool, q
  * Within the key's bucket only key text is compared, where look-ups compare the stored hash as
  * well; this is intended and can show once `ignore_case` changed while keys were stored.
  * @param hash            the table
- * @param key             the key's bytes, copied if new; null only with a length of 0 or below
+ * @param key             the key's bytes, copied if new, and then not in the record's own
+ *                        `keys`; null only with a length of 0 or below
  * @param length          bytes in the key; negative: NUL-terminated
  * @param[out] entry_out  the entry, new or not; null if the entry pool gives none (`item_size` 0),
  *                        in which case nothing is stored
@@ -5144,7 +5144,8 @@ QEK_API qek_hash_entry *qek_hash_entry_next(const qek_hash *hash, int32_t *bucke
  * `value_pool` faults on a new key. A value pool with an `item_size` of 0 gives no item: the entry
  * is made with a value of 0, `init_value` does not run and the result is 1.
  * @param hash            the table
- * @param key             the key's bytes, copied if new; null only with a length of 0 or below
+ * @param key             the key's bytes, copied if new, and then not in the record's own
+ *                        `keys`; null only with a length of 0 or below
  * @param length          bytes in the key; negative: NUL-terminated
  * @param[out] value_out  the value, new or not; cleared first, and 0 if no entry could be had
  * @param init_value      prepares a new item; null is skipped
@@ -5167,7 +5168,8 @@ QEK_API qek_word qek_hash_get(const qek_hash *hash, const void *key, int32_t len
  * Stores a value under a key that is not in the table. The value of a key that is there is left
  * alone.
  * @param hash    the table
- * @param key     the key's bytes, copied if new; null only with a length of 0 or below
+ * @param key     the key's bytes, copied if new, and then not in the record's own
+ *                `keys`; null only with a length of 0 or below
  * @param length  bytes in the key; negative: NUL-terminated
  * @param value   the value, which stays the caller's to dispose of
  * @return 1 if the key is new, also when the entry pool gave no entry (`item_size` 0) and nothing
@@ -5298,8 +5300,8 @@ typedef struct qek_hashd_entry {
  * `sizeof(qek_hashd_entry)` bytes and an entry in bucket `key % buckets.count`.
  */
 typedef struct qek_hashd {
-    qek_arrays buckets;      /**< the first entry of each chain, or null; `pool` in it is as
-                                  qek_hashd_init() left it, and is not freed through it */
+    qek_arrays buckets;      /**< the first entry of each chain, or null; `pool` in it is told
+                                  by `init`, goes along in `swap`, and is not used or freed */
     int32_t entry_count;     /**< entries in the table */
     qek_pool *entry_pool;    /**< where entries come from */
     int16_t owns_entry_pool; /**< nonzero: the table made `entry_pool` and ends it */
@@ -5528,8 +5530,8 @@ typedef struct qek_hashx_entry {
  * `sizeof(qek_hashx_entry)` bytes and an entry in bucket `key % buckets.count`.
  */
 typedef struct qek_hashx {
-    qek_arrays buckets;      /**< the first entry of each chain, or null; `pool` in it is as
-                                  qek_hashx_init() left it, and is not freed through it */
+    qek_arrays buckets;      /**< the first entry of each chain, or null; `pool` in it is told
+                                  by `init`, goes along in `swap`, and is not used or freed */
     int32_t entry_count;     /**< entries in the table */
     qek_pool *entry_pool;    /**< where entries come from */
     int16_t owns_entry_pool; /**< nonzero: the table made `entry_pool` and ends it */
@@ -5756,8 +5758,8 @@ typedef struct qek_hasht_entry {
  * `sizeof(qek_hasht_entry)` bytes and an entry in bucket `qek_hasht_key(key) % buckets.count`.
  */
 typedef struct qek_hasht {
-    qek_arrays buckets;      /**< the first entry of each chain, or null; `pool` in it is as
-                                  qek_hasht_init() left it, and is not freed through it */
+    qek_arrays buckets;      /**< the first entry of each chain, or null; `pool` in it is told
+                                  by `init`, goes along in `swap`, and is not used or freed */
     int32_t entry_count;     /**< entries in the table */
     qek_pool *entry_pool;    /**< where entries come from */
     int16_t owns_entry_pool; /**< nonzero: the table made `entry_pool` and ends it */
@@ -6085,7 +6087,8 @@ QEK_API void qek_btree_clone(const qek_btree *source, qek_pool *source_aux_pool,
  * `ignore_case` set, a key that differs from a stored one by case only finds that one, and the
  * stored text stays.
  * @param btree          the tree
- * @param key            the key's bytes, copied if new; null only with a length of 0 or below
+ * @param key            the key's bytes, copied if new, and then not in the record's own
+ *                       `keys`; null only with a length of 0 or below
  * @param length         bytes in the key; negative: NUL-terminated
  * @param[out] node_out  the node, new or not; cleared first
  * @return 1 if the node is new; 0 if it existed
@@ -6143,7 +6146,8 @@ QEK_API qek_btree_node *qek_btree_node_find(const qek_btree *btree, const void *
  * `value_pool` faults on a new key. A value pool with an `item_size` of 0 gives no item: the node
  * is made with a value of 0, `init_value` does not run and the result is 1.
  * @param btree           the tree
- * @param key             the key's bytes, copied if new; null only with a length of 0 or below
+ * @param key             the key's bytes, copied if new, and then not in the record's own
+ *                        `keys`; null only with a length of 0 or below
  * @param length          bytes in the key; negative: NUL-terminated
  * @param[out] value_out  the value, new or not; cleared first
  * @param init_value      prepares a new item; null is skipped
@@ -6166,7 +6170,8 @@ QEK_API qek_word qek_btree_get(const qek_btree *btree, const void *key, int32_t 
  * Stores a value under a key that is not in the tree. The value of a key that is there is left
  * alone.
  * @param btree   the tree
- * @param key     the key's bytes, copied if new; null only with a length of 0 or below
+ * @param key     the key's bytes, copied if new, and then not in the record's own
+ *                `keys`; null only with a length of 0 or below
  * @param length  bytes in the key; negative: NUL-terminated
  * @param value   the value, which stays the caller's to dispose of
  * @return 1 if the value was stored; 0 if the key existed
