@@ -6,6 +6,7 @@ set(qek_sources
     stream/checksum.cpp stream/compact.cpp stream/fields.cpp stream/stream.cpp
     pool/iter.cpp pool/owned.cpp pool/pool.cpp pool/translation.cpp
     array/arrays.cpp
+    hash/hash.cpp hash/hashd.cpp hash/hasht.cpp hash/hashx.cpp
     text/string.cpp)
 
 # The exported names stand in one list; the linker's version node is made from it.
