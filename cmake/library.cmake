@@ -7,6 +7,7 @@ set(qek_sources
     pool/iter.cpp pool/owned.cpp pool/pool.cpp pool/translation.cpp
     array/arrays.cpp
     hash/hash.cpp hash/hashd.cpp hash/hasht.cpp hash/hashx.cpp
+    btree/btree.cpp btree/btreed.cpp btree/btreex.cpp
     text/string.cpp)
 
 # The exported names stand in one list; the linker's version node is made from it.

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
+
+// What the trees share whose keys are numbers in pages and nodes: no key text, so a removal costs
+// the descent alone.
+//
+// The record's `key_type` says how a key orders: as a signed number, as an unsigned one, or as a
+// floating number whose bits the key is. Any other code makes all keys equal. A NaN compares as
+// less, on either side. High keys are compared by their bits, whatever the order.
+#pragma once
+
+#include "btree/tree.h"
+
+#include <bit>
+#include <cstdint>
+#include <type_traits>
+
+namespace qek::btree {
+
+template <typename Tree, typename Page, typename Node> struct number_policy {
+    using tree = Tree;
+    using page = Page;
+    using node = Node;
+    using key = decltype(Node::key);
+    static constexpr std::int32_t page_slots = btree::usual_page_slots;
+    using signed_number = std::make_signed_t<key>;
+    using real_number = std::conditional_t<sizeof(key) == sizeof(float), float, double>;
+
+    template <typename Number> static std::int32_t order_as(key left, key right) noexcept
+    {
+        const auto a = std::bit_cast<Number>(left);
+        const auto b = std::bit_cast<Number>(right);
+        return a > b ? 1 : a == b ? 0 : -1;
+    }
+    template <typename Element> static key key_of(const Tree &, const Element &at) noexcept
+    {
+        return at.key;
+    }
+    template <typename Element>
+    static bool same_high_key(const Tree &, const Page &above, const Element &last) noexcept
+    {
+        return above.key == last.key;
+    }
+    template <typename To, typename From> static void copy_key(To &to, const From &from) noexcept
+    {
+        to.key = from.key;
+    }
+    static void store(Tree &, Node &at, key sought) noexcept { at.key = sought; }
+    static void forget(Tree &, const Node &) noexcept {}
+};
+
+template <typename Policy>
+void init_numbers(typename Policy::tree &tree, std::int32_t own_page_pool,
+                  std::int32_t own_node_pool, std::int32_t own_value_pool) noexcept
+{
+    init<Policy>(tree, own_page_pool, own_node_pool, own_value_pool);
+    tree.key_type = Policy::signed_keys;
+}
+
+template <typename Tree> void swap_numbers(Tree &a, Tree &b) noexcept
+{
+    const std::int32_t kept = a.key_type;
+    swap(a, b);
+    b.key_type = a.key_type;
+    a.key_type = kept;
+}
+
+template <typename Policy>
+void clone_numbers(const typename Policy::tree &source, typename Policy::tree &target,
+                   qek_pool *source_aux, qek_pool *target_aux, qek_clone_fn clone_value) noexcept
+{
+    share_pools(source, target);
+    const pool::value_copier copier(source_aux, target_aux, clone_value);
+    clone<Policy>(source, target, copier);
+}
+
+} // namespace qek::btree
