@@ -8,7 +8,7 @@ set(qek_sources
     array/arrays.cpp
     hash/hash.cpp hash/hashd.cpp hash/hasht.cpp hash/hashx.cpp
     btree/btree.cpp btree/btreed.cpp btree/btreex.cpp
-    text/string.cpp)
+    text/char.cpp text/convert.cpp text/string.cpp text/stringx.cpp text/wchar.cpp)
 
 # The exported names stand in one list; the linker's version node is made from it.
 set(qek_exports ${PROJECT_SOURCE_DIR}/cmake/exports.txt)

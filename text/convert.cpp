@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
+
+// The owned 8-bit text: numbers in and out, formatted writing, and the three substitutions.
+
+#include "text/format.h"
+#include "text/number.h"
+#include "text/owned.h"
+#include "text/print.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace qek;
+using buffer::string_form;
+using rebuilding = text::rebuilding<string_form>;
+
+namespace {
+
+template <typename Number> void copy_number(qek_string &string, Number value) noexcept
+{
+    const number::printed text(value);
+    buffer::copy<string_form>(string, text.text(), text.length());
+}
+
+template <typename Number> void append_number(qek_string &string, Number value) noexcept
+{
+    const number::printed text(value);
+    buffer::append<string_form>(string, text.text(), text.length());
+}
+
+const char *text_of(const qek_string &string) noexcept
+{
+    return reinterpret_cast<const char *>(string.data);
+}
+
+void match(qek_string &string, const void *marker, std::va_list &texts) noexcept
+{
+    rebuilding result(string, string.length);
+    if (!result.has_room()) {
+        return;
+    }
+    std::int32_t hit = text::find_in_owned(text::span_of(string), as_bytes(marker), -1, 0);
+    const std::int32_t skipped = measured(marker, -1);
+    while (hit >= 0) {
+        const auto *text = va_arg(texts, const std::uint8_t *);
+        if (text == nullptr) {
+            break;
+        }
+        result.carry_over(hit, text, skipped);
+        hit = text::find_in_owned(text::span_of(string), as_bytes(marker), -1, result.done());
+    }
+    result.carry_over_rest();
+}
+
+void write(qek_string &string, const char *format, std::va_list &arguments) noexcept
+{
+    std::va_list looked_at;
+    va_copy(looked_at, arguments);
+    const text::format_estimate estimate(format, looked_at);
+    va_end(looked_at);
+    rebuilding result(string, estimate.room());
+    if (!result.has_room()) {
+        return;
+    }
+    qek_string &fresh = result.fresh();
+    const auto room = fresh.data == nullptr ? 0 : static_cast<std::size_t>(fresh.capacity) + 1;
+    const int written =
+        std::vsnprintf(reinterpret_cast<char *>(fresh.data), room, format, arguments);
+    buffer::shrink<string_form>(fresh, larger(written, 0));
+}
+
+} // namespace
+
+void qek_string_copy_integer(qek_string *string, int32_t value) { copy_number(*string, value); }
+
+void qek_string_copy_long(qek_string *string, int64_t value) { copy_number(*string, value); }
+
+void qek_string_copy_float(qek_string *string, float value) { copy_number(*string, value); }
+
+void qek_string_copy_double(qek_string *string, double value) { copy_number(*string, value); }
+
+void qek_string_append_integer(qek_string *string, int32_t value) { append_number(*string, value); }
+
+void qek_string_append_long(qek_string *string, int64_t value) { append_number(*string, value); }
+
+void qek_string_append_float(qek_string *string, float value) { append_number(*string, value); }
+
+void qek_string_append_double(qek_string *string, double value) { append_number(*string, value); }
+
+// Two of the readers are the runtime's, which stop at a zero byte, and two our own, which stop at
+// the length; that the two accept different texts is intended.
+int32_t qek_string_get_integer(const qek_string *string, int32_t fallback)
+{
+    return buffer::is_empty(*string) ? fallback : std::atoi(text_of(*string));
+}
+
+int64_t qek_string_get_long(const qek_string *string, int64_t fallback)
+{
+    return buffer::is_empty(*string) ? fallback
+                                     : number::read_integer(string->data, string->length);
+}
+
+float qek_string_get_float(const qek_string *string, float fallback)
+{
+    return buffer::is_empty(*string) ? fallback : static_cast<float>(std::atof(text_of(*string)));
+}
+
+double qek_string_get_double(const qek_string *string, double fallback)
+{
+    return buffer::is_empty(*string) ? fallback
+                                     : number::read_decimal(string->data, string->length);
+}
+
+int32_t qek_string_replace_char(qek_string *string, uint8_t old_ch, uint8_t new_ch)
+{
+    return text::replace_unit<string_form>(*string, old_ch, new_ch);
+}
+
+int32_t qek_string_replace(qek_string *string, const void *find, const void *replacement)
+{
+    return text::replace<string_form>(*string, as_bytes(find), as_bytes(replacement));
+}
+
+void qek_string_match(qek_string *string, const void *marker, ...)
+{
+    std::va_list texts;
+    va_start(texts, marker);
+    match(*string, marker, texts);
+    va_end(texts);
+}
+
+void qek_string_format(qek_string *string, const char *format, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, format);
+    write(*string, format, arguments);
+    va_end(arguments);
+}
