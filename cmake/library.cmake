@@ -5,7 +5,7 @@ set(qek_sources
     base/bytes.cpp base/heap.cpp base/mem.cpp base/platform.cpp base/str.cpp
     stream/checksum.cpp stream/compact.cpp stream/fields.cpp stream/stream.cpp
     pool/iter.cpp pool/owned.cpp pool/pool.cpp pool/translation.cpp
-    array/arrays.cpp
+    array/array.cpp array/arrayd.cpp array/arrays.cpp array/arrayt.cpp array/arrayx.cpp
     hash/hash.cpp hash/hashd.cpp hash/hasht.cpp hash/hashx.cpp
     btree/btree.cpp btree/btreed.cpp btree/btreex.cpp
     text/char.cpp text/convert.cpp text/string.cpp text/stringx.cpp text/wchar.cpp)
