@@ -6,8 +6,10 @@ set(qek_sources
     stream/checksum.cpp stream/compact.cpp stream/fields.cpp stream/stream.cpp
     pool/iter.cpp pool/owned.cpp pool/pool.cpp pool/translation.cpp
     array/array.cpp array/arrayd.cpp array/arrays.cpp array/arrayt.cpp array/arrayx.cpp
+    bits/bits.cpp
     hash/hash.cpp hash/hashd.cpp hash/hasht.cpp hash/hashx.cpp
     btree/btree.cpp btree/btreed.cpp btree/btreex.cpp
+    list/list.cpp list/lists.cpp list/listx.cpp
     text/char.cpp text/convert.cpp text/string.cpp text/stringx.cpp text/wchar.cpp)
 
 # The exported names stand in one list; the linker's version node is made from it.
