@@ -10,6 +10,7 @@ set(qek_sources
     hash/hash.cpp hash/hashd.cpp hash/hasht.cpp hash/hashx.cpp
     btree/btree.cpp btree/btreed.cpp btree/btreex.cpp
     list/list.cpp list/lists.cpp list/listx.cpp
+    tree/bitree.cpp tree/tree.cpp
     text/char.cpp text/convert.cpp text/string.cpp text/stringx.cpp text/wchar.cpp)
 
 # The exported names stand in one list; the linker's version node is made from it.
