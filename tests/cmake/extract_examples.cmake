@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Writes the examples of the public header into one C program that runs them all.
 #
-#   cmake -D HEADER=qek_std.h -D FAMILIES=mem;str -D OUTPUT=examples.c -P extract_examples.cmake
+#   cmake -D HEADER=qek_std.h -D OUTPUT=examples.c -P extract_examples.cmake
 
 cmake_minimum_required(VERSION 3.25)
 file(READ ${HEADER} text)
@@ -19,10 +19,7 @@ while(TRUE)
     string(SUBSTRING "${text}" ${begin} -1 text)
     string(FIND "${text}" " * @endcode" end)
     string(SUBSTRING "${text}" 0 ${end} example)
-    string(REGEX MATCH "static void (example_([a-z]+))\\(void\\)" found "${example}")
-    if(NOT CMAKE_MATCH_2 IN_LIST FAMILIES)
-        continue()
-    endif()
+    string(REGEX MATCH "static void (example_[a-z]+)\\(void\\)" found "${example}")
     set(function ${CMAKE_MATCH_1})
     string(REGEX REPLACE "(^|\n) \\* ?" "\\1" example "${example}")
     string(APPEND program "\n${example}")

@@ -69,8 +69,9 @@ template <typename Value, auto Length, auto Deflate, auto Inflate> struct code {
         deflates(1, 0, 0, "", strict ? 0 : 1);
     }
 
-    // Any first byte, also of a form that is not the shortest, up to 10 bytes in front of the end of
-    // the block: nothing behind it is read. `form` tells the size and the value bits of the byte.
+    // Any first byte, also of a form that is not the shortest, up to 10 bytes in front of the end
+    // of the block: nothing behind it is read. `form` tells the size and the value bits of the
+    // byte.
     template <typename Form> void check_any_bytes(Form form) const
     {
         for (int number = 0; number < 256 * 10; ++number) {

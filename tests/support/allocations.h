@@ -12,7 +12,8 @@ namespace qek_test {
 
 class allocations {
   public:
-    // Fails call number `fail_from` (from 1) and, if `and_later`, all calls behind it; 0 fails none.
+    // Fails call number `fail_from` (from 1) and, if `and_later`, all calls behind it; 0 fails
+    // none.
     explicit allocations(int fail_from = 0, bool and_later = false);
     ~allocations();
     allocations(const allocations &) = delete;

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
+
+#include "array/reference_sort.h"
+#include "qek_std.h"
+#include "support/random.h"
+
+#include <gmock/gmock.h>
+
+#include <bit>
+#include <functional>
+#include <numeric>
+#include <string>
+
+namespace {
+
+using qek_test::reference_sort;
+using words = std::vector<qek_word>;
+
+// A word has a key in front, and behind it a mark that tells it from its equals.
+constexpr int mark_bits = 17;
+
+std::uint64_t asked = 0; // a digest of what callbacks were called with, in order
+bool no_order = false;   // answers that contradict each other
+
+std::int32_t compare(qek_word x, qek_word y)
+{
+    asked = (asked * 31 + x) * 31 + y;
+    const auto left = x >> mark_bits, right = y >> mark_bits;
+    return no_order       ? static_cast<std::int32_t>(x * 7 + y * 13) % 3 - 1
+           : left < right ? -3
+                          : static_cast<std::int32_t>(left - right);
+}
+
+std::int32_t compare_words(qek_word x, qek_word y, std::int32_t extra)
+{
+    EXPECT_EQ(extra, 0);
+    return compare(x, y);
+}
+
+std::int32_t compare_in_context(void *context, qek_word x, qek_word y, std::int32_t extra)
+{
+    EXPECT_EQ(context, &asked);
+    return compare_words(x, y, extra);
+}
+
+std::int32_t size_of(const auto &items) { return static_cast<std::int32_t>(items.size()); }
+
+// Call for call and slot for slot, in both directions and with and without a context.
+void check(const words &given)
+{
+    for (const int up : {0, -1}) {
+        words expected = given;
+        asked = 0;
+        const auto depth = reference_sort(expected, size_of(given), up != 0, compare);
+        const auto expected_calls = std::exchange(asked, 0);
+        ASSERT_LE(depth, std::bit_width(given.size()));
+        words sorted = given;
+        qek_arrays array{sorted.data(), size_of(given), size_of(given), nullptr, 0, 2};
+        up != 0 ? qek_arrays_qsort(&array, up, compare_words)
+                : qek_arrays_qsort_x(&array, &asked, up, compare_in_context);
+        ASSERT_TRUE(sorted == expected && asked == expected_calls && array.reversed == 2)
+            << given.size() << " words, ascending " << up;
+    }
+}
+
+TEST(sort, all_short_arrays_of_three_keys)
+{
+    for (std::size_t length = 0, all = 1; length < 10; ++length, all *= 3) {
+        for (std::size_t number = 0; number < all; ++number) {
+            words given;
+            for (std::size_t rest = number; given.size() < length; rest /= 3) {
+                given.push_back(rest % 3 << mark_bits | given.size());
+            }
+            ASSERT_NO_FATAL_FAILURE(check(given)) << number;
+        }
+    }
+}
+
+TEST(sort, long_arrays)
+{
+    qek_test::random_numbers random;
+    for (const std::size_t size : {8, 9, 10, 17, 30, 31, 100, 1000, 1001, 100000}) {
+        const std::function<std::size_t(std::size_t)> shapes[] = {
+            [&](std::size_t) { return random.next() % 32768; },
+            [&](std::size_t at) { return at * 8 / (size / 4096 + 1); },
+            [&](std::size_t at) { return (size - at) * 8 / (size / 4096 + 1); },
+            [&](std::size_t) { return 5; },
+            [&](std::size_t at) { return std::min(at, size - at) % 32768; },
+            [&](std::size_t) { return random.next() % 4; },
+        };
+        for (const auto &key : shapes) {
+            words given(size);
+            for (std::size_t at = 0; at < size; ++at) {
+                given[at] = key(at) << mark_bits | at;
+            }
+            ASSERT_NO_FATAL_FAILURE(check(given));
+            no_order = size <= 1001; // answers that contradict each other, in the same steps
+            ASSERT_NO_FATAL_FAILURE(no_order ? check(given) : void());
+            no_order = false;
+        }
+    }
+}
+
+TEST(sort, a_million_sorted_slots_keep_the_stacks_low)
+{
+    std::vector<std::uint32_t> keys(1000000);
+    std::iota(keys.begin(), keys.end(),
+              0xFFF80000U); // from below the middle of the range, around 0
+    std::rotate(keys.begin(), keys.begin() + 0x80000, keys.end());
+    for (const auto *given : {"against the direction", "sorted"}) {
+        std::vector<qek_arrayd_entry> slots;
+        for (const auto key : keys) {
+            slots.push_back({key, 0});
+        }
+        qek_arrayd array{slots.data(), size_of(slots), size_of(slots), nullptr, 0, 0};
+        qek_arrayd_qsort(&array, 0);
+        const auto compare_keys = [](auto x, auto y) { return x < y ? -1 : x > y ? 1 : 0; };
+        EXPECT_LE(reference_sort(keys, size_of(keys), false, compare_keys), 20);
+        EXPECT_TRUE(std::equal(keys.begin(), keys.end(), slots.begin(),
+                               [](auto key, const auto &slot) { return key == slot.key; }))
+            << given;
+        EXPECT_EQ(std::pair(keys[0], keys[999999]), std::pair(0xFFFFFFFFU, 0U));
+    }
+}
+
+} // namespace
