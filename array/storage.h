@@ -223,9 +223,8 @@ void clone(const Record &source, qek_pool *source_aux, Record &target, qek_pool 
     if (expand(target, source.capacity)) {
         copy_keys();
         for (std::int32_t at = 0; at < slots_in_use(source); ++at) {
-            slot_of<Record> slot = source.slots[at];
-            value_of(slot) = copier.copy(value_of(slot), values);
-            target.slots[at] = slot;
+            target.slots[at] = source.slots[at];
+            copier.copy(value_of(source.slots[at]), values, value_of(target.slots[at]));
         }
     }
     target.count = source.count; // not clamped: intended

@@ -7,6 +7,7 @@
 // the buffer reads 0; writing there grows it by 1024 bytes, or to just the byte needed when that is
 // further, also when the bit is cleared.
 
+#include "base/arith.h"
 #include "base/heap.h"
 #include "qek_std.h"
 
@@ -49,17 +50,13 @@ bool expand(qek_bits &bits, std::uint32_t wanted) noexcept
     if (bits.size >= wanted) {
         return true;
     }
-    const std::uint64_t grown = std::uint64_t{bits.size} + growth;
-    const std::uint64_t size = grown < wanted ? wanted : grown;
-    if (size > UINT32_MAX) {
-        return false;
-    }
-    auto *fresh = regrown_units(bits.data, bits.size, static_cast<std::int64_t>(size));
+    const std::uint32_t size = larger(bits.size + growth, wanted); // wraps near the far end
+    auto *fresh = regrown_units(bits.data, bits.size, std::int64_t{size});
     if (fresh == nullptr) {
         return false;
     }
     bits.data = fresh;
-    bits.size = static_cast<std::uint32_t>(size);
+    bits.size = size;
     return true;
 }
 
@@ -79,7 +76,7 @@ void hand_over(const qek_bits &source, qek_bits &target) noexcept
 void insert(qek_bits &bits, std::uint32_t index, std::int32_t on) noexcept
 {
     const std::uint32_t at = index >> 3;
-    if (expand(bits, at + 1)) {
+    if (expand(bits, at + 1) && bits.data != nullptr) {
         bits.data[at] = with_bit(bits.data[at], index & 7, on);
     }
 }

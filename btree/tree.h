@@ -589,7 +589,7 @@ template <typename Policy> class cloning {
     {
         const node *source = child<node>(from.children, at);
         node *copy = nodes_.of(source);
-        copy->value = copier_.copy(source->value, values_);
+        copier_.copy(source->value, values_, copy->value);
         return pool::word_of(copy);
     }
 

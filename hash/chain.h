@@ -414,7 +414,7 @@ void clone(const Table &source, Table &target, const pool::value_copier &copier)
         for (const auto *entry = head_of<Entry>(source.buckets, bucket); entry != nullptr;
              entry = entry->next) {
             Entry *copy = entries.of(entry);
-            copy->value = copier.copy(entry->value, values);
+            copier.copy(entry->value, values, copy->value);
             copied.append(copy);
         }
         set_head(target.buckets, bucket, copied.head());

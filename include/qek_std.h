@@ -8064,7 +8064,8 @@ QEK_API qek_bitree_entry *qek_bitree_entry_new(qek_bitree *bitree);
  * `entry`. At each entry a `value` that is not 0 goes to `free_value` and then, as an item, back to
  * a borrowed value pool; then the entry, unless it is the root, goes back to a borrowed entry pool.
  * Nothing goes back to an own pool: it gets its memory back when the bitree is emptied. Links to
- * `entry` from above stay, and `entry_count` does not change. Linear in the subtree.
+ * `entry` from above stay, and `entry_count` does not change. Linear in the subtree, in constant
+ * space: links below `entry` are turned while it runs, so `free_value` must not read them.
  * @param bitree      the bitree that `entry` was made for
  * @param entry       the top of the subtree; the rest of its chain behind it is part of that; not
  *                    tested for null

@@ -80,12 +80,14 @@ node_of<List> *put(List &list, node_of<List> *made, node_of<List> *prev,
 
 template <typename List, typename Make> node_of<List> *add_head(List &list, Make make) noexcept
 {
-    return put(list, make(), static_cast<node_of<List> *>(nullptr), list.head);
+    node_of<List> *made = make();
+    return put(list, made, static_cast<node_of<List> *>(nullptr), list.head);
 }
 
 template <typename List, typename Make> node_of<List> *add_tail(List &list, Make make) noexcept
 {
-    return put(list, make(), list.tail, static_cast<node_of<List> *>(nullptr));
+    node_of<List> *made = make();
+    return put(list, made, list.tail, static_cast<node_of<List> *>(nullptr));
 }
 
 // Without a position the element goes to the end, and then the call goes on and faults: intended.

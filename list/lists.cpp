@@ -82,7 +82,7 @@ void clone(const qek_lists &source, qek_lists &target, qek_pool *source_aux, qek
                                    target.value_pool);
     for (const node *at = source.head; at != nullptr; at = at->next) {
         node *copy = nodes.of(at);
-        copy->value = copier.copy(at->value, values);
+        copier.copy(at->value, values, copy->value);
         list::link_tail(target, copy);
     }
     target.count = source.count;

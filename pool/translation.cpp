@@ -22,16 +22,16 @@ value_copier::value_copier(qek_pool *source_aux, qek_pool *target_aux,
 {
 }
 
-qek_word value_copier::copy(qek_word value, const translation &values) const noexcept
+void value_copier::copy(qek_word value, const translation &values, qek_word &copied) const noexcept
 {
     if (!values.is_made()) {
-        return value;
+        copied = value;
+        return;
     }
-    const qek_word copied = word_of(values.of(item_of(value)));
+    copied = word_of(values.of(item_of(value)));
     if (clone_value_ != nullptr) {
         clone_value_(aux_.map_word(), value, source_aux_, copied, target_aux_);
     }
-    return copied;
 }
 
 } // namespace qek::pool

@@ -44,9 +44,9 @@ class value_copier {
   public:
     value_copier(qek_pool *source_aux, qek_pool *target_aux, qek_clone_fn clone_value) noexcept;
 
-    // The word that stands for `value` in the copy: the word itself unless it is an item of a pool
-    // that was copied.
-    qek_word copy(qek_word value, const translation &values) const noexcept;
+    // Stores the word that stands for `value` in the copy: the word itself unless it is an item of a
+    // pool that was copied. The callback runs once that is stored.
+    void copy(qek_word value, const translation &values, qek_word &copied) const noexcept;
 
   private:
     qek_pool *source_aux_;

@@ -181,7 +181,7 @@ class cloning {
             copy->equal = copies_.of(at->equal);
             copy->less = copies_.of(at->less);
             copy->greater = copies_.of(at->greater);
-            copy->value = copies_.value_of(*at);
+            copies_.copy_value(*at, *copy);
             const entry *below = at->less != nullptr ? at->less : at->greater;
             if (below == nullptr) {
                 return at;

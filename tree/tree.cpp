@@ -261,8 +261,8 @@ void clone(const qek_tree &source, qek_tree &target, qek_pool *source_aux, qek_p
         copy->first_child = copies.of(at->first_child);
         copy->prev = copies.of(at->prev);
         copy->next = copies.of(at->next);
-        copy->value = copies.value_of(*at);
         copy->parent = copies.of(at->parent);
+        copies.copy_value(*at, *copy);
     }
     target.entry_count = source.entry_count;
 }

@@ -130,9 +130,9 @@ template <typename Tree> class copies {
     {
         return source == &source_.root ? &target_.root : entries_.of(source);
     }
-    qek_word value_of(const entry &source) const noexcept
+    void copy_value(const entry &source, entry &copy) const noexcept
     {
-        return copier_.copy(source.value, values_);
+        copier_.copy(source.value, values_, copy.value);
     }
 
   private:

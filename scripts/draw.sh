@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# draw.sh: makes the drawing in docs/ from its source. Needs `dot`, of the package graphviz.
+set -euo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+if ! type dot >/dev/null 2>&1; then
+    echo "dot is missing. As root, run this line, and then this command again:" >&2
+    echo "apt-get install -y --no-install-recommends graphviz" >&2
+    exit 3
+fi
+
+# Into place only when it is whole.
+drawing=docs/architecture.svg
+trap 'rm -f "$drawing.new"' EXIT
+dot -Tsvg docs/architecture.dot -o "$drawing.new"
+mv "$drawing.new" "$drawing"
+echo "$drawing"
