@@ -4,14 +4,16 @@ set -euo pipefail
 
 usage() {
     cat <<'END'
-usage: ./demo.sh [FILE...]
+usage: ./demo.sh [--prefix TEXT] [FILE...]
 
 Sets up what is missing, builds and installs the library below build/, builds the example
 word_index against that installation, and indexes the words of the files: by default of all texts
-under /usr/share/common-licenses, or else of the project's own documents.
+under /usr/share/common-licenses, or else of the project's own documents. Counts the words with the
+system's own tools as well, and says whether both agree. Looks up the words that start with a text.
 
-  --help  print this text
-  --      what follows is a file, even if it starts with a dash
+  --prefix TEXT  what the words that are looked up start with; "licen" if not told
+  --help         print this text
+  --             what follows is a file, even if it starts with a dash
 
 Result: 0 if all went well; 1 if a step failed; 2 if the call was wrong; 3 if packages are missing
 and the user is not root.
@@ -19,11 +21,20 @@ END
 }
 
 files=()
+prefix=licen
 while [[ $# -gt 0 ]]; do
     case $1 in
     --help)
         usage
         exit 0
+        ;;
+    --prefix)
+        if [[ $# -lt 2 ]]; then
+            echo "demo.sh: a text is missing behind --prefix" >&2
+            exit 2
+        fi
+        prefix=$2
+        shift
         ;;
     --)
         files+=("${@:2}")
@@ -80,5 +91,44 @@ step "configuring the example" \
     -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
 step "building the example" cmake --build "$build/demo/word_index"
 
+word_index=$build/demo/word_index/word_index
+index=$build/demo/words.index
 echo "== indexing ${#files[@]} texts" >&2
-"$build/demo/word_index/word_index" --index "$build/demo/words.index" -- "${files[@]}"
+"$word_index" --index "$index" -- "${files[@]}"
+
+echo "Words that start with \"$prefix\", and how often they occur:"
+"$word_index" --check "$index" --prefix "$prefix"
+
+# The counts of the index in words of the system's tools. A word is what examples/word_index/text.h
+# says; a text ends its last word, and a run beyond the longest word is several.
+count_with_tools() {
+    local file
+    for file in "${files[@]}"; do
+        cat -- "$file"
+        echo
+    done | tr '[:upper:]' '[:lower:]' | tr -cs 'a-z0-9\200-\377' '\n' | fold -b -w 65535 |
+        sed '/^$/d' | sort -S 256M -T "$build/demo" | uniq -c | sed 's/^ *//'
+}
+for tool in tr fold sed sort uniq cmp; do
+    if ! type "$tool" >/dev/null 2>&1; then
+        echo "Not compared with the system's tools: there is no $tool."
+        exit 0
+    fi
+done
+for file in "${files[@]}"; do
+    if [[ ! -f $file ]]; then
+        echo "Not compared with the system's tools: $file can be read only once."
+        exit 0
+    fi
+done
+echo "== counting with the system's tools" >&2
+export LC_ALL=C
+"$word_index" --check "$index" --counts >"$build/demo/words.counts"
+count_with_tools >"$build/demo/tools.counts"
+if ! cmp "$build/demo/words.counts" "$build/demo/tools.counts" >&2; then
+    echo "demo.sh: failed: the system's tools count other words than the index" >&2
+    exit 1
+fi
+echo "tr, sort and uniq -c count the same words as often: both agree."
+
+"$root/scripts/demo_outline.sh"

@@ -116,6 +116,7 @@ if [[ $all -eq 1 ]]; then
     row m32-sanitize g++-12-multilib run_preset m32-sanitize
     row lint "clang g++-12-multilib clang-format clang-tidy shellcheck" "$root/scripts/lint.sh"
     row demo "" "$root/tests/demo/check_demo.sh"
+    row outline "" "$root/tests/demo/check_outline.sh"
     echo
     printf '%-16s %8s %8s %8s %8s  %s\n' configuration passed failed skipped seconds result
     printf '%s\n' "${table[@]}"

@@ -8,7 +8,7 @@
  *
  *     offset  field
  *          0  dword       magic, the bytes QWIX
- *          4  word        version, 1
+ *          4  word        version, 2
  *          6  dword       size of the file
  *         10  dword       texts
  *         14  dword       distinct words
@@ -17,11 +17,10 @@
  *         26  for each text:
  *               string      name of the file
  *               dword code  bytes
- *             for each distinct word, in the order in which the words first occur:
+ *             for each distinct word, in the order of their bytes:
  *               string      the word
  *               dword code  how often it occurs
- *               lword code  its first position, as a distance from the first position of the word
- *                           before it (of the first word: from 0)
+ *               lword code  its first position
  *               lword code  for each further occurrence: the distance from the one before it
  *        end  dword       CRC-32 of all bytes before it
  *
@@ -34,7 +33,7 @@
 
 enum {
     index_magic = 0x58495751,
-    index_version = 1,
+    index_version = 2,
     index_header_size = 26,
     index_checksum_size = 4,
     /* A position behind the longest string still fits in 32 bits. */
@@ -59,8 +58,8 @@ int index_may_replace(const char *path);
  * success; 0 after a complaint. */
 int index_write(const char *path, const struct word_table *table);
 
-/* Reads an index and tests all of it; with a table, also that it says the same. 1 on success; 0
- * after a complaint that says what is wrong. */
-int index_check(const char *path, const struct word_table *table, struct index_summary *summary);
+/* Reads an index and tests all of it. With a table of texts, also that it says the same; an empty
+ * table gets its vocabulary. 1 on success; 0 after a complaint that says what is wrong. */
+int index_check(const char *path, struct word_table *table, struct index_summary *summary);
 
 #endif

@@ -6,6 +6,7 @@
  */
 #include "index.h"
 #include "report.h"
+#include "text.h"
 
 #include <errno.h>
 #include <inttypes.h>
@@ -17,17 +18,29 @@ struct reader {
     qek_stream stream; /* without the checksum, once the frame is tested */
     int32_t position;
     struct index_summary *found;
-    const struct word_table *expected; /* null: there is nothing to compare with */
-    struct word_table seen;            /* without `expected`: the words met so far */
+    struct word_table *table;
+    int compares;               /* the table is of texts; else it gets the vocabulary */
+    const qek_btree_node *node; /* if it compares: the word that is due */
 };
 
-/* Grows the stream by chunks, so that the file may be a pipe as well. */
+/* A text in the stream. */
+struct run {
+    uint8_t *chars;
+    int32_t length;
+};
+
+/* Grows the stream by chunks where the size is not known: the file may be a pipe as well. */
 static int load_bytes(const char *path, FILE *file, qek_stream *stream)
 {
     enum {
         chunk = 0x40000
     };
     size_t got;
+    if (fseek(file, 0, SEEK_END) == 0) {
+        const long size = ftell(file);
+        rewind(file);
+        qek_stream_expand(stream, size < index_longest ? (int32_t)size + chunk : 0);
+    }
     do {
         const int32_t length = stream->length;
         if (length > index_longest) {
@@ -105,18 +118,17 @@ static int refuse(const struct reader *reader, const char *what)
     return complain("%s is wrong at byte %" PRId32 ": %s", reader->path, reader->position, what);
 }
 
-static int read_string(struct reader *reader, qek_string *string)
+static int read_string(struct reader *reader, struct run *run)
 {
-    int32_t after = reader->position;
-    qek_stream_get_string(&reader->stream, &after, string);
-    if (after > reader->stream.length) {
-        return refuse(reader, "a text runs past the end");
-    }
-    if (after != reader->position + 2 + string->length) {
-        return complain("%s: out of memory", reader->path);
-    }
-    reader->position = after;
-    return 1;
+    const int32_t length = qek_stream_get_word(&reader->stream, &reader->position);
+    run->length = length;
+    qek_stream_get_buffer(&reader->stream, &reader->position, &run->chars, &run->length);
+    return run->length == length || refuse(reader, "a text runs past the end");
+}
+
+static int same(const struct run *run, const void *chars, int32_t length)
+{
+    return qek_mem_cmp(run->chars, run->length, chars, length) == 0;
 }
 
 /* A code that is cut is read on from behind the stream's length: there the checksum stands, as long
@@ -164,7 +176,7 @@ static int differs(const struct reader *reader, const char *what, uint32_t numbe
 static int check_header(struct reader *reader)
 {
     struct index_summary *found = reader->found;
-    const struct word_table *expected = reader->expected;
+    const struct word_table *table = reader->table;
     found->texts = qek_stream_get_dword(&reader->stream, &reader->position);
     found->distinct = qek_stream_get_dword(&reader->stream, &reader->position);
     found->words = qek_stream_get_dword(&reader->stream, &reader->position);
@@ -173,27 +185,28 @@ static int check_header(struct reader *reader)
         found->distinct > found->words) {
         return refuse(reader, "the counts of the header do not go together");
     }
-    return expected == NULL ||
-           (found->texts == (uint32_t)expected->texts.live_count &&
-            found->distinct == (uint32_t)expected->words.live_count &&
-            found->words == (uint32_t)expected->occurrences.live_count &&
-            found->text_bytes == expected->bytes) ||
+    return !reader->compares ||
+           (found->texts == (uint32_t)table->texts.live_count &&
+            found->distinct == (uint32_t)table->vocabulary.node_count &&
+            found->words == (uint32_t)table->occurrences.live_count &&
+            found->text_bytes == table->bytes) ||
            complain("%s differs from the texts: its counts are others", reader->path);
 }
 
-static int check_texts(struct reader *reader, qek_string *string)
+static int check_texts(struct reader *reader)
 {
     uint32_t left = reader->found->text_bytes;
     uint32_t number;
     for (number = 0; number < reader->found->texts; ++number) {
+        struct run name;
         uint32_t bytes;
-        if (!read_string(reader, string) || !read_count(reader, left, &bytes)) {
+        if (!read_string(reader, &name) || !read_count(reader, left, &bytes)) {
             return 0;
         }
         left -= bytes;
-        if (reader->expected != NULL) {
-            const struct text *text = table_text(reader->expected, number);
-            if (qek_string_compare(string, text->name, -1) != 0 || bytes != text->bytes) {
+        if (reader->compares) {
+            const struct text *text = table_text(reader->table, number);
+            if (!same(&name, text->name, (int32_t)strlen(text->name)) || bytes != text->bytes) {
                 return differs(reader, "the name or size of text", number);
             }
         }
@@ -201,77 +214,71 @@ static int check_texts(struct reader *reader, qek_string *string)
     return left == 0 || refuse(reader, "the texts are shorter than the header says");
 }
 
-static int check_word(struct reader *reader, const qek_string *string, uint32_t number)
+static int check_positions(struct reader *reader, uint32_t number, uint32_t count, uint32_t most)
 {
-    const struct word *word;
-    if (reader->expected == NULL) {
-        if (table_find_or_add(&reader->seen, string->data, string->length) == NULL) {
-            return complain("%s: out of memory", reader->path);
-        }
-        return (uint32_t)reader->seen.words.live_count == number + 1 ||
-               refuse(reader, "a word stands twice");
-    }
-    word = table_word(reader->expected, number);
-    return qek_string_compare(string, table_chars(reader->expected, word), (int32_t)word->length) ==
-               0 ||
-           differs(reader, "the letters of word", number);
-}
-
-/* Reads the positions of a word, from the first one of the word before it on. */
-static int check_positions(struct reader *reader, uint32_t number, uint32_t count, uint32_t most,
-                           uint32_t *first)
-{
-    const struct word *word =
-        reader->expected == NULL ? NULL : table_word(reader->expected, number);
-    uint32_t next = word == NULL ? 0 : word->first;
-    uint32_t position = *first;
+    uint32_t next = reader->compares ? table_word(reader->node)->first : 0;
+    uint32_t position = 0;
     uint32_t at;
-    if (word != NULL && word->count != count) {
-        return differs(reader, "the count of word", number);
-    }
     for (at = 0; at < count; ++at) {
-        if (!read_position(reader, number > 0 || at > 0, most, &position)) {
+        if (!read_position(reader, at > 0, most, &position)) {
             return 0;
         }
-        if (word != NULL) {
-            const struct occurrence *occurrence = table_occurrence(reader->expected, next);
+        if (reader->compares) {
+            const struct occurrence *occurrence = table_occurrence(reader->table, next);
             if (occurrence->position != position) {
                 return differs(reader, "a position of word", number);
             }
             next = occurrence->next;
         }
-        if (at == 0) {
-            *first = position;
-        }
     }
     return 1;
 }
 
-static int check_words(struct reader *reader, qek_string *string)
+/* Reads a word, which must come behind the one before it. */
+static int check_word(struct reader *reader, uint32_t number, struct run *word, uint32_t *left)
 {
-    const struct index_summary *found = reader->found;
-    uint32_t left = found->words;
-    uint32_t first = 0;
+    const struct run before = *word;
+    const uint32_t text_bytes = reader->found->text_bytes;
+    uint32_t count;
+    if (!read_string(reader, word)) {
+        return 0;
+    }
+    if (!text_is_word(word->chars, word->length) || (uint32_t)word->length > text_bytes) {
+        return refuse(reader, "a word is none, or longer than the texts");
+    }
+    if (qek_mem_cmp(word->chars, word->length, before.chars, before.length) <= 0) {
+        return refuse(reader, "the words do not ascend");
+    }
+    if (!read_count(reader, *left, &count)) {
+        return 0;
+    }
+    if (count == 0) {
+        return refuse(reader, "a word never occurs");
+    }
+    *left -= count;
+    if (!reader->compares) {
+        if (!table_add_counted(reader->table, word->chars, word->length, count)) {
+            return complain("%s: out of memory", reader->path);
+        }
+    } else if (!same(word, table_chars(reader->table, reader->node), reader->node->key_length) ||
+               count != table_word(reader->node)->count) {
+        return differs(reader, "the letters or the count of word", number);
+    }
+    return check_positions(reader, number, count, text_bytes - (uint32_t)word->length);
+}
+
+static int check_words(struct reader *reader)
+{
+    struct run word = {NULL, 0};
+    uint32_t left = reader->found->words;
     uint32_t number;
-    for (number = 0; number < found->distinct; ++number) {
-        uint32_t count;
-        if (!read_string(reader, string)) {
+    for (number = 0; number < reader->found->distinct; ++number) {
+        if (!check_word(reader, number, &word, &left)) {
             return 0;
         }
-        if (qek_string_is_empty(string) || (uint32_t)string->length > found->text_bytes) {
-            return refuse(reader, "a word is empty, or longer than the texts");
+        if (reader->compares) {
+            reader->node = reader->node->next;
         }
-        if (!check_word(reader, string, number) || !read_count(reader, left, &count)) {
-            return 0;
-        }
-        if (count == 0) {
-            return refuse(reader, "a word never occurs");
-        }
-        if (!check_positions(reader, number, count, found->text_bytes - (uint32_t)string->length,
-                             &first)) {
-            return 0;
-        }
-        left -= count;
         show_progress("checked", number, "words");
     }
     if (left > 0) {
@@ -281,22 +288,19 @@ static int check_words(struct reader *reader, qek_string *string)
            refuse(reader, "there are bytes behind the last word");
 }
 
-int index_check(const char *path, const struct word_table *table, struct index_summary *summary)
+int index_check(const char *path, struct word_table *table, struct index_summary *summary)
 {
     struct reader reader;
-    qek_string string;
     int done;
     reader.path = path;
     reader.position = 0;
     reader.found = summary;
-    reader.expected = table;
+    reader.table = table;
+    reader.compares = table->texts.live_count > 0;
+    reader.node = qek_btree_node_first(&table->vocabulary);
     qek_stream_init(&reader.stream);
-    table_init(&reader.seen);
-    qek_string_init(&string);
     done = load(path, &reader.stream) && check_identity(&reader) && check_frame(&reader) &&
-           check_header(&reader) && check_texts(&reader, &string) && check_words(&reader, &string);
-    qek_string_term(&string);
-    table_term(&reader.seen);
+           check_header(&reader) && check_texts(&reader) && check_words(&reader);
     qek_stream_term(&reader.stream);
     return done;
 }

@@ -29,17 +29,12 @@ static int make_room(struct writer *writer, int32_t bytes)
 
 static int write_string(struct writer *writer, const void *chars, int32_t length)
 {
-    qek_string string;
-    int done;
-    qek_string_init(&string);
-    qek_string_copy(&string, chars, length);
-    done = string.length == length || complain("out of memory for the index");
-    done = done && make_room(writer, 2 + length);
-    if (done) {
-        qek_stream_set_string(&writer->stream, &writer->position, &string);
+    if (!make_room(writer, 2 + length)) {
+        return 0;
     }
-    qek_string_term(&string);
-    return done;
+    qek_stream_set_word(&writer->stream, &writer->position, (uint16_t)length);
+    qek_stream_set_buffer(&writer->stream, &writer->position, chars, length);
+    return 1;
 }
 
 static int write_count(struct writer *writer, uint32_t count)
@@ -60,6 +55,15 @@ static int write_distance(struct writer *writer, uint32_t distance)
     return 1;
 }
 
+/* Growing step by step would hold the index twice; so what it will need is guessed first. */
+static void guess_size(struct writer *writer, const struct word_table *table)
+{
+    const int64_t guess = (int64_t)table->vocabulary.keys.length +
+                          (int64_t)table->vocabulary.node_count * 6 +
+                          (int64_t)table->occurrences.live_count * 3;
+    qek_stream_expand(&writer->stream, guess < index_longest ? (int32_t)guess : index_longest);
+}
+
 static int write_header(struct writer *writer, const struct word_table *table)
 {
     if (!make_room(writer, index_header_size)) {
@@ -69,7 +73,8 @@ static int write_header(struct writer *writer, const struct word_table *table)
     qek_stream_set_word(&writer->stream, &writer->position, index_version);
     qek_stream_set_dword(&writer->stream, &writer->position, 0); /* the size, known at the end */
     qek_stream_set_dword(&writer->stream, &writer->position, (uint32_t)table->texts.live_count);
-    qek_stream_set_dword(&writer->stream, &writer->position, (uint32_t)table->words.live_count);
+    qek_stream_set_dword(&writer->stream, &writer->position,
+                         (uint32_t)table->vocabulary.node_count);
     qek_stream_set_dword(&writer->stream, &writer->position,
                          (uint32_t)table->occurrences.live_count);
     qek_stream_set_dword(&writer->stream, &writer->position, table->bytes);
@@ -90,9 +95,10 @@ static int write_texts(struct writer *writer, const struct word_table *table)
 }
 
 static int write_positions(struct writer *writer, const struct word_table *table,
-                           const struct word *word, uint32_t from)
+                           const struct word *word)
 {
     uint32_t number = word->first;
+    uint32_t from = 0;
     uint32_t left;
     for (left = word->count; left > 0; --left) {
         const struct occurrence *occurrence = table_occurrence(table, number);
@@ -107,16 +113,15 @@ static int write_positions(struct writer *writer, const struct word_table *table
 
 static int write_words(struct writer *writer, const struct word_table *table)
 {
-    uint32_t from = 0;
-    int32_t number;
-    for (number = 0; number < table->words.live_count; ++number) {
-        const struct word *word = table_word(table, (uint32_t)number);
-        if (!write_string(writer, table_chars(table, word), (int32_t)word->length) ||
-            !write_count(writer, word->count) || !write_positions(writer, table, word, from)) {
+    const qek_btree_node *node = qek_btree_node_first(&table->vocabulary);
+    uint32_t number = 0;
+    for (; node != NULL; node = node->next) {
+        if (!write_string(writer, table_chars(table, node), node->key_length) ||
+            !write_count(writer, table_word(node)->count) ||
+            !write_positions(writer, table, table_word(node))) {
             return 0;
         }
-        from = table_occurrence(table, word->first)->position;
-        show_progress("indexed", (uint32_t)number, "words");
+        show_progress("indexed", ++number, "words");
     }
     return 1;
 }
@@ -177,6 +182,7 @@ int index_write(const char *path, const struct word_table *table)
     int done;
     qek_stream_init(&writer.stream);
     writer.position = 0;
+    guess_size(&writer, table);
     done = write_header(&writer, table) && write_texts(&writer, table) &&
            write_words(&writer, table) && write_trailer(&writer) && save(path, &writer.stream);
     qek_stream_term(&writer.stream);

@@ -11,23 +11,27 @@
 #include <string.h>
 
 static const char *const usage =
-    "usage: word_index [--index FILE] TEXT...\n"
-    "       word_index --check FILE [TEXT...]\n"
+    "usage: word_index [--index FILE] [--prefix TEXT | --counts] TEXT...\n"
+    "       word_index --check FILE [--prefix TEXT | --counts] [TEXT...]\n"
     "\n"
     "Writes an index of the words of all texts, then reads it back, verifies it, compares\n"
     "it with what is in memory, and prints what it found.\n"
     "\n"
-    "  --index FILE  the index to write; words.index if not told\n"
-    "  --check FILE  write nothing: verify this index, and compare it with the texts if\n"
-    "                there are any, which must be named as they were when it was written\n"
-    "  --help        print this text\n"
-    "  --            what follows is a text, even if it starts with a dash\n"
+    "  --index FILE   the index to write; words.index if not told\n"
+    "  --check FILE   write nothing: verify this index, and compare it with the texts if\n"
+    "                 there are any, which must be named as they were when it was written\n"
+    "  --prefix TEXT  print only the words that start with TEXT, in order, one on a line:\n"
+    "                 how often it occurs, a space, the word\n"
+    "  --counts       the same for all words\n"
+    "  --help         print this text\n"
+    "  --             what follows is a text, even if it starts with a dash\n"
     "\n"
     "Result: 0 if all went well, 1 if something failed, 2 if the call was wrong.\n";
 
 struct options {
     const char *index;
-    const char *check; /* null: the index is to be written */
+    const char *check;  /* null: the index is to be written */
+    const char *prefix; /* null: the result is to be printed */
     char **texts;
     int text_count;
 };
@@ -45,6 +49,15 @@ static enum outcome wrong(const char *what, const char *argument)
     return called_wrongly;
 }
 
+/* Where the argument of an option goes; null if there is no such option. */
+static const char **argument_of(struct options *options, const char *option)
+{
+    return strcmp(option, "--index") == 0    ? &options->index
+           : strcmp(option, "--check") == 0  ? &options->check
+           : strcmp(option, "--prefix") == 0 ? &options->prefix
+                                             : NULL;
+}
+
 /* Texts and options may be mixed; the texts are gathered at the front of `arguments`. */
 static enum outcome parse(int count, char **arguments, struct options *options)
 {
@@ -52,11 +65,11 @@ static enum outcome parse(int count, char **arguments, struct options *options)
     int at;
     options->index = NULL;
     options->check = NULL;
+    options->prefix = NULL;
     options->texts = arguments;
     options->text_count = 0;
     for (at = 0; at < count; ++at) {
         char *argument = arguments[at];
-        const int is_index = strcmp(argument, "--index") == 0;
         if (only_texts || argument[0] != '-') {
             options->texts[options->text_count++] = argument;
         } else if (strcmp(argument, "--") == 0) {
@@ -64,14 +77,14 @@ static enum outcome parse(int count, char **arguments, struct options *options)
         } else if (strcmp(argument, "--help") == 0) {
             fputs(usage, stdout);
             return ended_well;
-        } else if (!is_index && strcmp(argument, "--check") != 0) {
+        } else if (strcmp(argument, "--counts") == 0) {
+            options->prefix = "";
+        } else if (argument_of(options, argument) == NULL) {
             return wrong("unknown option ", argument);
         } else if (++at == count) {
-            return wrong("a file is missing behind ", argument);
-        } else if (is_index) {
-            options->index = arguments[at];
+            return wrong("something is missing behind ", argument);
         } else {
-            options->check = arguments[at];
+            *argument_of(options, argument) = arguments[at];
         }
     }
     if (options->index != NULL && options->check != NULL) {
@@ -91,6 +104,7 @@ static int read_texts(struct word_table *table, const struct options *options)
             return 0;
         }
     }
+    table_close(table);
     return 1;
 }
 
@@ -106,8 +120,9 @@ static int run(struct word_table *table, const struct options *options)
     } else if (!read_texts(table, options)) {
         return 0;
     }
-    return index_check(path, options->text_count > 0 ? table : NULL, &summary) &&
-           print_result(path, &summary, table);
+    return index_check(path, table, &summary) &&
+           (options->prefix != NULL ? print_words(table, options->prefix)
+                                    : print_result(path, &summary, table));
 }
 
 int main(int argc, char **argv)

@@ -51,42 +51,83 @@ static void print_summary(const char *path, const struct index_summary *summary)
     printf("  %-40s     %08" PRIX32 "\n", "checksum", summary->checksum);
 }
 
-static void print_most_frequent(const struct word_table *table)
+/* The order of two nodes: the more frequent first, and of two as frequent the lesser word. */
+static int32_t by_frequency(void *context, qek_word left, qek_word right, int32_t unused)
+{
+    const struct word_table *table = (const struct word_table *)context;
+    const qek_btree_node *a = (const qek_btree_node *)left;
+    const qek_btree_node *b = (const qek_btree_node *)right;
+    const uint32_t count_a = table_word(a)->count;
+    const uint32_t count_b = table_word(b)->count;
+    (void)unused;
+    if (count_a != count_b) {
+        return count_a > count_b ? -1 : 1;
+    }
+    return qek_mem_cmp(table_chars(table, a), a->key_length, table_chars(table, b), b->key_length);
+}
+
+/* Sorts a batch at a time and keeps the best of it: there may be millions of words. */
+static int print_most_frequent(const struct word_table *table)
 {
     enum {
-        wanted = 5
+        wanted = 5,
+        batch = 4096
     };
-    const struct word *top[wanted];
-    int held = 0;
-    int at;
-    int32_t number;
-    for (number = 0; number < table->words.live_count; ++number) {
-        const struct word *word = table_word(table, (uint32_t)number);
-        if (held < wanted) {
-            ++held;
-        } else if (word->count <= top[wanted - 1]->count) {
-            continue;
+    const qek_btree_node *node = qek_btree_node_first(&table->vocabulary);
+    qek_arrays nodes;
+    int32_t at;
+    qek_arrays_init(&nodes, 0);
+    if (!qek_arrays_expand(&nodes, batch)) {
+        return complain("out of memory for the most frequent words");
+    }
+    for (; node != NULL; node = node->next) {
+        qek_arrays_append(&nodes, (qek_word)node);
+        if (nodes.count == batch || node->next == NULL) {
+            qek_arrays_qsort_x(&nodes, (void *)table, 1, by_frequency);
+            nodes.count = nodes.count < wanted ? nodes.count : wanted;
         }
-        for (at = held - 1; at > 0 && top[at - 1]->count < word->count; --at) {
-            top[at] = top[at - 1];
-        }
-        top[at] = word;
     }
-    if (held > 0) {
-        printf("most frequent\n");
+    puts("most frequent");
+    for (at = 0; at < nodes.count; ++at) {
+        node = (const qek_btree_node *)qek_arrays_get_at(&nodes, at);
+        printf("  %-40.*s %12" PRIu32 "\n", (int)node->key_length,
+               (const char *)table_chars(table, node), table_word(node)->count);
     }
-    for (at = 0; at < held; ++at) {
-        printf("  %-40.*s %12" PRIu32 "\n", (int)top[at]->length,
-               (const char *)table_chars(table, top[at]), top[at]->count);
-    }
+    qek_arrays_term(&nodes);
+    return 1;
+}
+
+static int end_output(void)
+{
+    return (fflush(stdout) == 0 && !ferror(stdout)) || complain("cannot write the result");
 }
 
 int print_result(const char *path, const struct index_summary *summary,
                  const struct word_table *table)
 {
     print_summary(path, summary);
-    print_most_frequent(table);
+    if (table->vocabulary.node_count > 0 && !print_most_frequent(table)) {
+        return 0;
+    }
     puts(table->texts.live_count > 0 ? "The index was read back and says the same as the texts."
                                      : "The index is sound.");
-    return (fflush(stdout) == 0 && !ferror(stdout)) || complain("cannot write the result");
+    return end_output();
+}
+
+int print_words(const struct word_table *table, const char *prefix)
+{
+    const qek_btree_node *node;
+    qek_string start;
+    qek_string_init(&start);
+    qek_string_copy(&start, prefix, -1);
+    qek_string_make_lower(&start);
+    node = qek_btree_node_bfind(&table->vocabulary, start.data, start.length);
+    while (node != NULL && node->key_length >= start.length &&
+           qek_mem_cmp(table_chars(table, node), start.length, start.data, start.length) == 0) {
+        printf("%" PRIu32 " %.*s\n", table_word(node)->count, (int)node->key_length,
+               (const char *)table_chars(table, node));
+        node = node->next;
+    }
+    qek_string_term(&start);
+    return end_output();
 }

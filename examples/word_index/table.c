@@ -4,11 +4,9 @@
 #include "table.h"
 
 enum {
-    items_per_block = 8192,
-    first_bucket_count = 1024
+    items_per_block = 4096,
+    most_counted = 0x100000
 };
-
-#define NO_WORD UINT32_MAX
 
 static void init_pool(qek_pool *pool, size_t item_size)
 {
@@ -17,36 +15,32 @@ static void init_pool(qek_pool *pool, size_t item_size)
     pool->items_per_block = items_per_block;
 }
 
-static void *item(const qek_pool *pool, uint32_t number)
-{
-    return qek_pool_set_addr(pool, (int32_t)(number / items_per_block),
-                             number % items_per_block * (uint32_t)pool->item_size);
-}
-
 void table_init(struct word_table *table)
 {
     init_pool(&table->words, sizeof(struct word));
     init_pool(&table->occurrences, sizeof(struct occurrence));
     init_pool(&table->texts, sizeof(struct text));
-    qek_stream_init(&table->chars);
-    table->buckets = NULL;
-    table->bucket_count = 0;
+    qek_hash_init(&table->counted, 1, 0);
+    table->counted.entry_pool->items_per_block = items_per_block;
+    qek_btree_init(&table->vocabulary, 1, 1, 0);
+    table->vocabulary.node_pool->items_per_block = items_per_block;
+    table->vocabulary.value_pool = &table->words;
     table->bytes = 0;
 }
 
 void table_term(struct word_table *table)
 {
-    qek_pool_term(&table->words);
-    qek_pool_term(&table->occurrences);
+    qek_btree_term(&table->vocabulary);
+    qek_hash_term(&table->counted);
     qek_pool_term(&table->texts);
-    qek_stream_term(&table->chars);
-    qek_free(table->buckets);
-    table->buckets = NULL;
+    qek_pool_term(&table->occurrences);
+    qek_pool_term(&table->words);
 }
 
-struct word *table_word(const struct word_table *table, uint32_t number)
+static void *item(const qek_pool *pool, uint32_t number)
 {
-    return (struct word *)item(&table->words, number);
+    return qek_pool_set_addr(pool, (int32_t)(number / items_per_block),
+                             number % items_per_block * (uint32_t)pool->item_size);
 }
 
 struct occurrence *table_occurrence(const struct word_table *table, uint32_t number)
@@ -59,9 +53,14 @@ struct text *table_text(const struct word_table *table, uint32_t number)
     return (struct text *)item(&table->texts, number);
 }
 
-const uint8_t *table_chars(const struct word_table *table, const struct word *word)
+const struct word *table_word(const qek_btree_node *node)
 {
-    return table->chars.data + word->text_at;
+    return (const struct word *)node->value;
+}
+
+const uint8_t *table_chars(const struct word_table *table, const qek_btree_node *node)
+{
+    return table->vocabulary.keys.data + node->key_offset;
 }
 
 struct text *table_add_text(struct word_table *table, const char *name)
@@ -71,91 +70,43 @@ struct text *table_add_text(struct word_table *table, const char *name)
     return text;
 }
 
-/* Looking words up: chained buckets, a power of two of them, at most one word a bucket on average. */
-
-static uint32_t *bucket_of(const struct word_table *table, uint32_t hash)
+/* The containers do not tell when the text of a new key finds no room, so room is made before. */
+static int make_room(qek_stream *keys, int32_t length)
 {
-    return &table->buckets[hash & (table->bucket_count - 1)];
+    return keys->length <= INT32_MAX - length && qek_stream_expand(keys, keys->length + length);
 }
 
-static void link_word(struct word_table *table, uint32_t number)
+/* The word in the vocabulary, which it joins if it is new; null when memory runs out. */
+static struct word *vocabulary_word(struct word_table *table, const uint8_t *chars, int32_t length)
 {
-    struct word *word = table_word(table, number);
-    uint32_t *bucket = bucket_of(table, word->hash);
-    word->next_in_bucket = *bucket;
-    *bucket = number;
-}
-
-/* When memory runs out the table keeps the buckets that it has, and only gets slower. */
-static int grow_buckets(struct word_table *table)
-{
-    const uint32_t word_count = (uint32_t)table->words.live_count;
-    const uint32_t count = table->bucket_count == 0 ? first_bucket_count : table->bucket_count * 2;
-    uint32_t *buckets = (uint32_t *)qek_malloc(count * (uint32_t)sizeof *buckets);
-    uint32_t at;
-    if (buckets == NULL) {
-        return table->buckets != NULL;
-    }
-    for (at = 0; at < count; ++at) {
-        buckets[at] = NO_WORD;
-    }
-    qek_free(table->buckets);
-    table->buckets = buckets;
-    table->bucket_count = count;
-    for (at = 0; at < word_count; ++at) {
-        link_word(table, at);
-    }
-    return 1;
-}
-
-static struct word *find(const struct word_table *table, const uint8_t *chars, int32_t length,
-                         uint32_t hash)
-{
-    uint32_t number = *bucket_of(table, hash);
-    while (number != NO_WORD) {
-        struct word *word = table_word(table, number);
-        if (word->hash == hash &&
-            qek_mem_cmp(table_chars(table, word), (int32_t)word->length, chars, length) == 0) {
-            return word;
-        }
-        number = word->next_in_bucket;
-    }
-    return NULL;
-}
-
-static int keep_chars(qek_stream *kept, const uint8_t *chars, int32_t length)
-{
-    if (kept->length > INT32_MAX - length || !qek_stream_expand(kept, kept->length + length)) {
-        return 0;
-    }
-    qek_stream_append(kept, chars, length);
-    return 1;
-}
-
-struct word *table_find_or_add(struct word_table *table, const uint8_t *chars, int32_t length)
-{
-    const uint32_t hash = qek_stream_crc32(chars, length);
-    const uint32_t number = (uint32_t)table->words.live_count;
-    struct word *word;
-    if (number >= table->bucket_count && !grow_buckets(table)) {
+    qek_word value;
+    if (!make_room(&table->vocabulary.keys, length)) {
         return NULL;
     }
-    word = find(table, chars, length, hash);
-    if (word != NULL || !keep_chars(&table->chars, chars, length)) {
-        return word;
+    qek_btree_set(&table->vocabulary, chars, length, &value, NULL);
+    return (struct word *)value;
+}
+
+/* The same for a word that is often asked for. */
+static struct word *counted_word(struct word_table *table, const uint8_t *chars, int32_t length)
+{
+    qek_hash_entry *entry;
+    if (table->counted.entry_count == most_counted) {
+        qek_hash_remove_all(&table->counted);
     }
-    word = (struct word *)qek_pool_new(&table->words);
-    word->text_at = (uint32_t)(table->chars.length - length);
-    word->length = (uint32_t)length;
-    word->hash = hash;
-    link_word(table, number);
-    return word;
+    if (!make_room(&table->counted.keys, length)) {
+        return NULL;
+    }
+    if (qek_hash_entry_set(&table->counted, chars, length, &entry)) {
+        entry->value = (qek_word)vocabulary_word(table, chars, length);
+    }
+    return (struct word *)entry->value;
 }
 
 int table_add(struct word_table *table, const uint8_t *chars, int32_t length, uint32_t position)
 {
     const uint32_t number = (uint32_t)table->occurrences.live_count;
-    struct word *word = table_find_or_add(table, chars, length);
+    struct word *word = counted_word(table, chars, length);
     if (word == NULL) {
         return 0;
     }
@@ -167,5 +118,22 @@ int table_add(struct word_table *table, const uint8_t *chars, int32_t length, ui
     }
     word->last = number;
     ++word->count;
+    return 1;
+}
+
+void table_close(struct word_table *table)
+{
+    qek_hash_term(&table->counted);
+    qek_hash_init(&table->counted, 0, 0);
+}
+
+int table_add_counted(struct word_table *table, const uint8_t *chars, int32_t length,
+                      uint32_t count)
+{
+    struct word *word = vocabulary_word(table, chars, length);
+    if (word == NULL) {
+        return 0;
+    }
+    word->count = count;
     return 1;
 }

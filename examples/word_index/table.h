@@ -1,16 +1,21 @@
 /* SPDX-License-Identifier: MIT
  * SPDX-FileCopyrightText: 2026 The qek_std authors
  *
- * The words of all texts, in the order in which they first occur, and the places of each.
+ * The words of all texts, and the places of each.
  *
- * Words and occurrences are records of a fixed size, in two pools. Nothing is ever given back to
- * them, so the n-th item taken stands at slot n, and a record is known by its number instead of by
- * a pointer: half the size on a 64-bit machine. The characters of all words stand in one stream.
+ * A hash table counts the words while the texts are read; a tree holds the same words in the order
+ * of their bytes. The value of a word is the same item in both, so that the tree sees what is
+ * counted and is asked for new words only. A text without end of new words would fill the memory
+ * twice: so the hash table starts anew when it holds a million, and the tree knows them still.
  *
- *     buckets[hash] -> word 7 -> word 2           chars:  ...the...licence...
- *                        | first      | last                    ^ text_at, length
- *                        v            v
- *                  occurrence 9 -> ... -> occurrence 31
+ *     counted:     "the" ---+
+ *                           v
+ *                         word: count 3, first --> occurrence 9 -> 14 -> 31 <-- last
+ *                           ^
+ *     vocabulary:  "the" ---+
+ *
+ * Occurrences are known by their number instead of by a pointer, which is half the size on a 64-bit
+ * machine: nothing is ever given back to the pool, so the n-th item taken stands at slot n.
  */
 #ifndef WORD_INDEX_TABLE_H
 #define WORD_INDEX_TABLE_H
@@ -28,12 +33,8 @@ enum {
 };
 
 struct word {
-    uint32_t text_at; /* where in `chars` */
-    uint32_t length;
-    uint32_t hash;
-    uint32_t next_in_bucket;
     uint32_t count; /* occurrences */
-    uint32_t first; /* occurrence */
+    uint32_t first; /* occurrence; of no meaning in a word that was read from an index */
     uint32_t last;
 };
 
@@ -51,27 +52,33 @@ struct word_table {
     qek_pool words;
     qek_pool occurrences;
     qek_pool texts;
-    qek_stream chars;
-    uint32_t *buckets; /* numbers of words */
-    uint32_t bucket_count;
-    uint32_t bytes; /* of all texts */
+    qek_hash counted;     /* values: a struct word */
+    qek_btree vocabulary; /* the same */
+    uint32_t bytes;       /* of all texts */
 };
 
 void table_init(struct word_table *table);
 void table_term(struct word_table *table);
 
-/* Records by their number, which must be below the pool's live_count. */
-struct word *table_word(const struct word_table *table, uint32_t number);
+/* By their number, which must be below the pool's live_count. */
 struct occurrence *table_occurrence(const struct word_table *table, uint32_t number);
 struct text *table_text(const struct word_table *table, uint32_t number);
-const uint8_t *table_chars(const struct word_table *table, const struct word *word);
+
+/* What stands at a node of the vocabulary. */
+const struct word *table_word(const qek_btree_node *node);
+const uint8_t *table_chars(const struct word_table *table, const qek_btree_node *node);
 
 struct text *table_add_text(struct word_table *table, const char *name);
 
-/* The word with these characters, which is added if it is new; null when memory runs out. */
-struct word *table_find_or_add(struct word_table *table, const uint8_t *chars, int32_t length);
-
-/* Notes that the word stands at a position. 1 on success, 0 when memory runs out. */
+/* Notes that a word stands at a position. 1 on success, 0 when memory runs out. */
 int table_add(struct word_table *table, const uint8_t *chars, int32_t length, uint32_t position);
+
+/* Notes that all texts are read: releases what is needed to find words while they are counted. */
+void table_close(struct word_table *table);
+
+/* Adds a word that has been counted already, and is not in the vocabulary, without its places. 1 on
+ * success, 0 when memory runs out. */
+int table_add_counted(struct word_table *table, const uint8_t *chars, int32_t length,
+                      uint32_t count);
 
 #endif

@@ -14,10 +14,19 @@ enum {
     separator = ' '
 };
 
+/* In a text that is in lower case. */
 static int is_word_byte(uint8_t byte)
 {
-    const uint8_t letter = byte | 0x20;
-    return (letter >= 'a' && letter <= 'z') || (byte >= '0' && byte <= '9') || byte >= 0x80;
+    return (byte >= 'a' && byte <= 'z') || (byte >= '0' && byte <= '9') || byte >= 0x80;
+}
+
+int text_is_word(const uint8_t *chars, int32_t length)
+{
+    int32_t at = 0;
+    while (at < length && is_word_byte(chars[at])) {
+        ++at;
+    }
+    return length > 0 && at == length;
 }
 
 static void blank_separators(qek_string *text)

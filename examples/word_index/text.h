@@ -15,4 +15,7 @@
 /* Adds a file and its words to the table. 1 on success; 0 after a complaint. */
 int text_read(struct word_table *table, const char *name);
 
+/* Whether these are the bytes of a word, as text_read finds them. */
+int text_is_word(const uint8_t *chars, int32_t length);
+
 #endif

@@ -22,10 +22,22 @@ expect() { # STATUS TEXT COMMAND...: the command ends with the status and prints
     return 1
 }
 
-check "demo on its own texts" expect 0 "says the same as the texts" "$root/demo.sh"
+check "demo on its own texts" expect 0 "both agree" "$root/demo.sh"
 printf 'One word, two words: one TWO.\n' >"$work/a text"
 printf 'caf\303\251 \0 one\377' >"$work/-dash"
-check "demo on given files" expect 0 "one" "$root/demo.sh" "$work/a text" "$work/-dash"
+head -c 200000 /dev/zero | tr '\0' w >"$work/long"
+: >"$work/empty"
+check "demo on given files" expect 0 "both agree" \
+    "$root/demo.sh" "$work/a text" "$work/-dash" "$work/long" "$work/empty"
+check "demo, words looked up" expect 0 $'occur:\n2 one\n1 one\377\n==' \
+    "$root/demo.sh" --prefix On -- "$work/a text" "$work/-dash"
+check "demo, a text that is a pipe" expect 0 "only once" "$root/demo.sh" <(echo one)
+printf '#!/bin/sh\ncat >/dev/null; echo "      1 another"\n' >"$work/bin/uniq"
+chmod +x "$work/bin/uniq"
+check "demo, tools that count otherwise" expect 1 "count other words" \
+    env PATH="$work/bin:$PATH" "$root/demo.sh" "$work/a text"
+rm "$work/bin/uniq"
+check "demo, no prefix" expect 2 "missing behind --prefix" "$root/demo.sh" --prefix
 check "demo, unknown option" expect 2 "unknown option --nope" "$root/demo.sh" --nope
 check "demo, unreadable file" expect 1 "$work/none" "$root/demo.sh" "$work/none"
 check "test, unknown option" expect 2 "unknown argument --nope" "$root/test.sh" --nope
@@ -83,14 +95,24 @@ check "no space left" expect 1 "cannot write the result" print_to_full
 check "a text in the index's place" expect 1 "is not replaced" "$program" --index "a text" "a text"
 nothing_left() { [[ ! -e words && ! -e words.part ]]; }
 check "nothing half-written" nothing_left
-check "empty text" expect 0 "says the same" "$program" --index empty /dev/null
+check "empty text" expect 0 "says the same" "$program" --index empty.index empty
 check "write" expect 0 "says the same" "$program" --index words "a text" -- -dash
 cp words again
 check "replace" expect 0 "says the same" "$program" --index again "a text" -- -dash
 check "same bytes again" cmp words again
 check "verify" expect 0 "is sound" "$program" --check words
+counts() { # TEXT ARGUMENT...: the program prints this text and no more
+    [[ $("$program" "${@:2}") == "$1" ]]
+}
+all_words=$'1 caf\303\251\n2 one\n1 one\377\n2 two\n1 word\n1 words'
+check "counts of an index" counts "$all_words" --check words --counts
+check "counts of texts" counts "$all_words" --check words --counts "a text" -- -dash
+check "counts of no words" counts "" --check empty.index --counts
+check "prefix" counts $'1 word\n1 words' --check words --prefix WORD
+check "prefix that is a word" counts "1 words" --check words --prefix words
+check "prefix behind all words" counts "" --check words --prefix x
+check "prefix between words" counts "" --check words --prefix onf
 check "other text" expect 1 "differs from the texts" "$program" --check words "a text"
-head -c 200000 /dev/zero | tr '\0' w >long
 check "word beyond the longest" expect 0 "says the same" "$program" --index long.index long
 
 # Damage. The trailer of gzip is the same checksum, so that a damaged file can get a good one.
@@ -140,7 +162,7 @@ check "truncated, to each length" each_length_is_refused
 (cat words && echo) >longer
 check "bytes behind the end" expect 1 "bytes behind its end" "$program" --check longer
 check "another magic" refuses 0 0 "is not a word index"
-check "another version" refuses 4 2 "has version 2"
+check "another version" refuses 4 3 "has version 3"
 check "more bytes than there are" refuses 6 255 "is truncated: it has $size of 255 bytes"
 check "more words than bytes" refuses 20 255 "counts of the header do not go together"
 check "damaged bytes" expect 1 "is damaged: its checksum" "$program" --check <(patched 40 0)
