@@ -109,26 +109,31 @@ count_with_tools() {
     done | tr '[:upper:]' '[:lower:]' | tr -cs 'a-z0-9\200-\377' '\n' | fold -b -w 65535 |
         sed '/^$/d' | sort -S 256M -T "$build/demo" | uniq -c | sed 's/^ *//'
 }
-for tool in tr fold sed sort uniq cmp; do
-    if ! type "$tool" >/dev/null 2>&1; then
-        echo "Not compared with the system's tools: there is no $tool."
-        exit 0
+compare_with_tools() {
+    local tool file
+    for tool in tr fold sed sort uniq cmp; do
+        if ! type "$tool" >/dev/null 2>&1; then
+            echo "Not compared with the system's tools: there is no $tool."
+            return
+        fi
+    done
+    for file in "${files[@]}"; do
+        if [[ ! -f $file ]]; then
+            echo "Not compared with the system's tools: $file can be read only once."
+            return
+        fi
+    done
+    echo "== counting with the system's tools" >&2
+    local -x LC_ALL=C
+    "$word_index" --check "$index" --counts >"$build/demo/words.counts"
+    count_with_tools >"$build/demo/tools.counts"
+    if ! cmp "$build/demo/words.counts" "$build/demo/tools.counts" >&2; then
+        echo "demo.sh: failed: the system's tools count other words than the index" >&2
+        return 1
     fi
-done
-for file in "${files[@]}"; do
-    if [[ ! -f $file ]]; then
-        echo "Not compared with the system's tools: $file can be read only once."
-        exit 0
-    fi
-done
-echo "== counting with the system's tools" >&2
-export LC_ALL=C
-"$word_index" --check "$index" --counts >"$build/demo/words.counts"
-count_with_tools >"$build/demo/tools.counts"
-if ! cmp "$build/demo/words.counts" "$build/demo/tools.counts" >&2; then
-    echo "demo.sh: failed: the system's tools count other words than the index" >&2
-    exit 1
-fi
-echo "tr, sort and uniq -c count the same words as often: both agree."
+    echo "tr, sort and uniq -c count the same words as often: both agree."
+}
+
+compare_with_tools || exit 1
 
 "$root/scripts/demo_outline.sh"
