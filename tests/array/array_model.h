@@ -28,8 +28,7 @@ template <typename Slot, typename Family> struct array_model {
     qek_word next = 0;                  // the item that the pool gives next
     int live = 0;                       // items that the pool has given
     int fail_from = 0, allocations = 0; // the heap refuses from this call on; 0: never
-    std::function<bool(std::int64_t)>
-        room{}; // for a key of so many bytes; below 0, for all keys twice
+    std::function<bool(int)> room{};    // for a key of so many bytes; below 0: for all keys twice
 
     bool allocate() { return ++allocations < fail_from || fail_from == 0; }
     int capacity() const { return static_cast<int>(slots.size()); }
@@ -39,13 +38,11 @@ template <typename Slot, typename Family> struct array_model {
     int expand(int want)
     {
         slots.resize(std::max(slots.size(), inside));
-        if (want <= capacity()) {
-            return 1;
-        }
-        const bool grows = allocate();
         const int least = std::max(capacity() + std::clamp(count / 2, 8, 65536), want);
-        slots.resize(grows ? static_cast<std::size_t>(least + 3) / 4 * 4 : slots.size());
-        return grows ? 1 : 0;
+        if (want > capacity() && allocate()) {
+            slots.resize(static_cast<std::size_t>(least + 3) / 4 * 4);
+        }
+        return want <= capacity() ? 1 : 0;
     }
     int insert_at(int index, Slot slot)
     {
@@ -87,9 +84,9 @@ template <typename Slot, typename Family> struct array_model {
         }
         const Slot taken = at(index);
         Family::clear(at(index));
-        const Slot last = at(count - 1); // stays where it was
+        slots.insert(slots.begin() + count, at(count - 1)); // the last one stays where it was
         slots.erase(slots.begin() + index);
-        slots.insert(slots.begin() + --count, last);
+        --count;
         return taken;
     }
     void release(const Slot &slot, qek_value_fn free_value)
@@ -120,12 +117,13 @@ template <typename Slot, typename Family> struct array_model {
         return remove_all();
     }
 
-    template <typename Key> int first_index(const Key &key) const
+    template <typename Key> int first_index(const Key &key)
     {
-        const auto end = slots.begin() + count;
-        const auto same = [&](const Slot &slot) { return slot.key == key; };
-        const auto first = std::find_if(slots.begin(), end, same);
-        return first == end ? -1 : static_cast<int>(first - slots.begin());
+        int first = 0;
+        while (first < count && at(first).key != key) {
+            ++first;
+        }
+        return first < count ? first : -1;
     }
     // The index of a slot that equals the key, or -1, and where the key would go.
     template <typename Key> std::pair<int, int> search(const Key &key)

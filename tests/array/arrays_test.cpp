@@ -45,7 +45,7 @@ TEST(arrays, grow_by_half_of_the_count_within_bounds)
 TEST(arrays, without_an_order_only_append)
 {
     words array;
-    for (const qek_word key : {5, 3, 5}) {
+    for (const qek_word key : {5U, 3U, 5U}) {
         EXPECT_EQ(qek_arrays_insert(&array, key, 0, nullptr), 1);
         EXPECT_EQ(qek_arrays_insert_x(&array, nullptr, key, 0, nullptr), 1);
     }

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 
 #include <cstddef>
-#include <string>
+#include <set>
 #include <tuple>
 
 namespace {
@@ -57,31 +57,27 @@ TEST(arrayt, follows_the_model_element_by_element)
         m.allocations = 0;
         const auto both = [&](auto expected, auto function, auto... arguments) {
             const allocations faults(m.fail_from, true);
-            if constexpr (requires { expected == function(&array, arguments...); }) {
-                EXPECT_EQ(function(&array, arguments...), expected);
-            } else {
+            if constexpr (std::is_void_v<decltype(function(&array, arguments...))>) {
                 function(&array, arguments...);
+            } else {
+                EXPECT_EQ(function(&array, arguments...), expected);
             }
         };
+        const bool doubles = m.count < 20;
+        const auto stored = [&](int place) { return place < m.count ? m.set_at(place, value) : 0; };
         const auto at = [&](int place) { return place < m.count ? m.get_at(place) : 0; };
         const std::function<void()> operations[] = {
             [&] { both(m.append(value), qek_arrayt_append, value); },
             [&] { both(m.insert_at(index, value), qek_arrayt_insert_at, index, value); },
             [&] { both(m.remove_at(index), qek_arrayt_remove_at, index); },
             [&] { both(m.expand(want), qek_arrayt_expand, want); },
-            [&] {
-                both(index < m.count ? m.set_at(index, value) : 0, qek_arrayt_set_at, index, value);
-            },
+            [&] { both(stored(index), qek_arrayt_set_at, index, value); },
             [&] { both(at(index), qek_arrayt_get_at, index); },
             [&] { both(at(0), qek_arrayt_get_first); },
             [&] { both(at(m.count - 1), qek_arrayt_get_last); },
             [&] { both(found >= 0 ? 1 : 0, qek_arrayt_find, value); },
-            [&] {
-                both(m.remove_at(found) == value && found >= 0 ? 1 : 0, qek_arrayt_remove, value);
-            },
-            [&] {
-                m.count < 20 ? both(m.append_itself(), qek_arrayt_append_array, &array) : void();
-            },
+            [&] { both((m.remove_at(found), found >= 0), qek_arrayt_remove, value); },
+            [&] { doubles ? both(m.append_itself(), qek_arrayt_append_array, &array) : void(); },
             [&] { random.one_in(9) ? both(m.remove_all(), qek_arrayt_remove_all) : void(); },
             [&] {
                 const int added = found < 0 ? 1 + m.insert_at(position, value) : 0;
@@ -99,11 +95,11 @@ TEST(arrayt, follows_the_model_element_by_element)
                 qek_arrayt_swap(&array, &other);
             },
             [&] {
-                numbers sorted(m.slots.begin(), m.slots.begin() + m.count);
-                std::sort(sorted.begin(), sorted.end());
-                const auto last =
-                    unique != 0 ? std::unique(sorted.begin(), sorted.end()) : sorted.end();
-                sorted.erase(last, sorted.end());
+                std::multiset<std::uint32_t> all(m.slots.begin(), m.slots.begin() + m.count);
+                numbers sorted(all.begin(), all.end());
+                if (unique != 0) {
+                    sorted.erase(std::unique(sorted.begin(), sorted.end()), sorted.end());
+                }
                 up != 0 ? void() : std::reverse(sorted.begin(), sorted.end());
                 std::copy(sorted.begin(), sorted.end(), m.slots.begin());
                 m.count = static_cast<int>(sorted.size());
@@ -115,7 +111,7 @@ TEST(arrayt, follows_the_model_element_by_element)
         ASSERT_EQ(array.storage(), m.slots) << "step " << step << ", operation " << chosen;
         ASSERT_EQ(tuple(array.count, array.overflow == nullptr), tuple(m.count, m.capacity() <= 4));
         ASSERT_FALSE(testing::Test::HasFailure()) << "step " << step << ", operation " << chosen;
-        m.reversed = random.one_in(50) ? !m.reversed : m.reversed;
+        m.reversed = m.reversed != random.one_in(50);
         array.reversed = m.reversed ? 1 : 0;
     }
 }
@@ -125,7 +121,7 @@ TEST(arrayt, takes_no_memory_for_four_elements)
     tiny array;
     const allocations watch;
     for (int round = 0; round < 2; ++round) {
-        for (const std::uint32_t value : {8, 6, 4, 2}) {
+        for (const std::uint32_t value : {8U, 6U, 4U, 2U}) {
             qek_arrayt_insert(&array, value);
         }
         EXPECT_EQ(array.storage(), (numbers{2, 4, 6, 8}));
@@ -137,20 +133,6 @@ TEST(arrayt, takes_no_memory_for_four_elements)
     EXPECT_EQ(array.storage(), (numbers{2, 4, 5, 6, 8, 0, 0, 0, 0, 0, 0, 0}));
     qek_arrayt_term(&array);
     EXPECT_EQ(tuple(array.storage(), array.count), tuple(numbers{2, 4, 5, 6}, 0));
-}
-
-TEST(arrayt, reads_and_writes_lists)
-{
-    const std::pair<std::string, std::string> cases[] = {
-        {"", ""}, {",", "0"}, {"1, 2,,-4", "1,2,0,-4"}, {"3,4294967295, ", "3,-1"}};
-    for (const auto &[list, written] : cases) {
-        tiny array;
-        qek_string string{};
-        qek_arrayt_from_string(&array, ',', list.data(), static_cast<std::int32_t>(list.size()));
-        qek_arrayt_to_string(&array, ',', &string);
-        EXPECT_EQ(std::string(string.data, string.data + string.length), written);
-        qek_string_term(&string);
-    }
 }
 
 } // namespace

@@ -46,7 +46,7 @@ std::int32_t compare_in_context(void *context, qek_word x, qek_word y, std::int3
 
 std::int32_t size_of(const auto &items) { return static_cast<std::int32_t>(items.size()); }
 
-// Call for call and slot for slot, in both directions and with and without a context.
+// Call for call and slot for slot: descending with a context and ascending without one.
 void check(const words &given)
 {
     for (const int up : {0, -1}) {
@@ -80,7 +80,7 @@ TEST(sort, all_short_arrays_of_three_keys)
 TEST(sort, long_arrays)
 {
     qek_test::random_numbers random;
-    for (const std::size_t size : {8, 9, 10, 17, 30, 31, 100, 1000, 1001, 100000}) {
+    for (const std::size_t size : {8U, 9U, 10U, 17U, 30U, 31U, 100U, 1000U, 1001U, 100000U}) {
         const std::function<std::size_t(std::size_t)> shapes[] = {
             [&](std::size_t) { return random.next() % 32768; },
             [&](std::size_t at) { return at * 8 / (size / 4096 + 1); },
@@ -105,8 +105,7 @@ TEST(sort, long_arrays)
 TEST(sort, a_million_sorted_slots_keep_the_stacks_low)
 {
     std::vector<std::uint32_t> keys(1000000);
-    std::iota(keys.begin(), keys.end(),
-              0xFFF80000U); // from below the middle of the range, around 0
+    std::iota(keys.begin(), keys.end(), 0xFFF80000U); // on both sides of 0
     std::rotate(keys.begin(), keys.begin() + 0x80000, keys.end());
     for (const auto *given : {"against the direction", "sorted"}) {
         std::vector<qek_arrayd_entry> slots;

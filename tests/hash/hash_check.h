@@ -25,8 +25,10 @@ const char *chain_fault(const typename Family::container &table, const stored_ke
                                                                                     : nullptr;
     std::vector<std::vector<const stored_key *>> chains(count);
     for (const stored_key &each : oldest_first) {
-        fault == nullptr ? chains[Family::number(table, each.key) % count].push_back(&each)
-                         : void();
+        if (fault == nullptr) {
+            chains[static_cast<std::uint32_t>(Family::number(table, each.key) % count)].push_back(
+                &each);
+        }
     }
     for (std::size_t bucket = 0; fault == nullptr && bucket < count; ++bucket) {
         auto *entry = item<typename Family::element>(buckets.slots[bucket]);

@@ -41,14 +41,24 @@ struct any_key {
     bool operator==(const any_key &) const = default;
 };
 
+// Literals of the tests stand for words.
+constexpr auto as_argument(auto argument)
+{
+    if constexpr (std::is_same_v<decltype(argument), int>) {
+        return static_cast<qek_word>(argument);
+    } else {
+        return argument;
+    }
+}
+
 // A function with the key as second argument, or as second and third.
 template <auto Function>
 constexpr auto keyed = [](auto *of, const any_key &key, auto... rest) {
     if constexpr (std::is_invocable_v<decltype(Function), decltype(of), any_key,
                                       decltype(rest)...>) {
-        return Function(of, key, rest...);
+        return Function(of, key, as_argument(rest)...);
     } else {
-        return Function(of, key, static_cast<std::int32_t>(key.bytes.size()), rest...);
+        return Function(of, key, static_cast<std::int32_t>(key.bytes.size()), as_argument(rest)...);
     }
 };
 
@@ -257,7 +267,14 @@ TYPED_TEST_P(keyed_suite, gives_back_what_is_borrowed_and_calls_for_values)
         {[](auto *of) { family::term(of); }, family::left_by_term * 101, -1, 100, -1, 0, false},
     };
     if constexpr (requires { family::free; }) {
-        static const auto free = [](auto *of, int n) { family::free(of, of->key(n), note_free); };
+        static const modelled<family> *seen;
+        static const auto free = [](auto *of, int n) {
+            seen = of;
+            family::free(of, of->key(n), [](qek_word value) {
+                EXPECT_EQ(seen->entry_count, 101) << "before the entry goes";
+                note_free(value);
+            });
+        };
         ways.push_back({[](auto *of) { free(of, 3); }, 100, 100, 99, 100, 1, true});
         ways.push_back({[](auto *of) { free(of, 100); }, 100, 100, 100, 100, 1, true});
         ways.push_back({[](auto *of) { free(of, 101); }, 101, 101, 100, 100, 0, true});
@@ -330,10 +347,11 @@ TYPED_TEST_P(keyed_suite, clones_own_pools_and_translates_values)
         copied.clear();
     }
     modelled<family> source(true, false), copy(true, false);
-    source.store(0, 9);
+    source.store(0, 7);
     family::clone(&source, nullptr, &copy, nullptr, note_copy);
     EXPECT_EQ(copy.value_pool, &source.lent_values);
     EXPECT_EQ(copy.values(), source.values());
+    EXPECT_EQ(family::slots_of(copy).capacity, family::slots_of(source).capacity);
     EXPECT_EQ(copied.size(), 0U);
 }
 
