@@ -31,9 +31,11 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86|i.86|AMD64" AND CMAKE_SIZEOF_VOID_P EQUAL
 endif()
 
 # A block that is taken and then cleared must fault when there is no memory for it. Compilers that
-# know malloc make calloc of it and drop the write.
+# know malloc make calloc of it and drop the write. So must a call that reaches through null, also
+# where a compiler could conclude that it never does.
 add_library(qek_library_flags INTERFACE)
 target_link_libraries(qek_library_flags INTERFACE qek_flags)
 target_compile_options(qek_library_flags INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
-    -fno-builtin-malloc -fvisibility=hidden -fno-semantic-interposition -ffp-contract=off)
+    -fno-builtin-malloc -fno-delete-null-pointer-checks
+    -fvisibility=hidden -fno-semantic-interposition -ffp-contract=off)

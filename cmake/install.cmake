@@ -9,6 +9,10 @@ install(TARGETS qek_std qek_std_static EXPORT qek_std
     LIBRARY COMPONENT runtime NAMELINK_COMPONENT development
     RUNTIME COMPONENT runtime
     ARCHIVE COMPONENT development)
+if(WIN32)
+    install(FILES ${qek_module_definition} DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        COMPONENT development)
+endif()
 install(EXPORT qek_std NAMESPACE qek:: FILE qek_std-targets.cmake
     DESTINATION ${qek_package_dir} COMPONENT development)
 

@@ -13,9 +13,11 @@ set(qek_sources
     tree/bitree.cpp tree/tree.cpp
     text/char.cpp text/convert.cpp text/string.cpp text/stringx.cpp text/wchar.cpp)
 
-# The exported names stand in one list; the linker's version node is made from it.
+# The exported names stand in one list; the linker's version node and the module definition of the
+# DLL are made from it.
 set(qek_exports ${PROJECT_SOURCE_DIR}/cmake/exports.txt)
 set(qek_version_script ${PROJECT_BINARY_DIR}/qek_std.map)
+set(qek_module_definition ${PROJECT_BINARY_DIR}/qek_std.def)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${qek_exports})
 file(STRINGS ${qek_exports} qek_names REGEX "^qek_")
 list(JOIN qek_names ";\n        " qek_name_lines)
@@ -26,6 +28,11 @@ file(CONFIGURE OUTPUT ${qek_version_script} @ONLY CONTENT
     local:
         *;
 };
+")
+list(JOIN qek_names "\n    " qek_name_lines)
+file(CONFIGURE OUTPUT ${qek_module_definition} @ONLY CONTENT
+"EXPORTS
+    @qek_name_lines@
 ")
 
 add_library(qek_std SHARED ${qek_sources})
@@ -46,8 +53,18 @@ target_compile_definitions(qek_std PRIVATE QEK_STD_BUILD)
 target_compile_definitions(qek_std_static PUBLIC QEK_STD_STATIC)
 # The sources are analysed once, as those of the shared library.
 set_target_properties(qek_std_static PROPERTIES EXPORT_COMPILE_COMMANDS OFF)
+set(qek_dll qek_std-${qek_soversion})
 set_target_properties(qek_std PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${qek_soversion})
-if(NOT WIN32)
+if(WIN32)
+    enable_language(RC)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/qek_std.rc.in qek_std.rc @ONLY)
+    target_sources(qek_std PRIVATE ${qek_module_definition} ${PROJECT_BINARY_DIR}/qek_std.rc)
+    set_target_properties(qek_std PROPERTIES RUNTIME_OUTPUT_NAME ${qek_dll} PREFIX "")
+    if(MINGW)
+        set_target_properties(qek_std PROPERTIES IMPORT_PREFIX lib)
+        target_link_options(qek_std PRIVATE -static-libgcc -static-libstdc++)
+    endif()
+else()
     target_link_options(qek_std PRIVATE
         -Wl,--version-script=${qek_version_script} -Wl,--as-needed
         $<$<CONFIG:Release>:-Wl,--gc-sections>)

@@ -19,6 +19,11 @@ is_there() { # PACKAGE
     clang) type clang clang++ ;;
     libclang-rt-14-dev) compgen -G '/usr/lib/llvm-14/lib/clang/14*/lib/linux/libclang_rt.asan-*' ;;
     g++-12-multilib) test -f /usr/lib/gcc/x86_64-linux-gnu/12/32/libstdc++.a ;;
+    g++-mingw-w64-x86-64) type x86_64-w64-mingw32-{gcc,g++}-posix x86_64-w64-mingw32-windres ;;
+    g++-mingw-w64-i686) type i686-w64-mingw32-{gcc,g++}-posix i686-w64-mingw32-windres ;;
+    wine64) PATH=$PATH:/usr/lib/wine type wine64 ;;
+    g++-*-linux-gnu) type "${1#g++-}"-{gcc,g++} ;;
+    qemu-user) type qemu-{s390x,ppc,aarch64} ;;
     clang-format | clang-tidy | shellcheck) type "$1" ;;
     *) return 1 ;;
     esac >/dev/null 2>&1

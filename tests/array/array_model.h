@@ -15,7 +15,7 @@
 namespace qek_test {
 
 inline std::vector<qek_word> told; // what callbacks on values were called with
-inline void tell(qek_word value) { told.push_back(value); }
+inline void tell_value(qek_word value) { told.push_back(value); }
 
 // `Family` says of its slots: `order` against a key, `word` of one, and how one that is taken out
 // is `clear`ed.

@@ -54,7 +54,7 @@ TEST(arrays, without_an_order_only_append)
     EXPECT_EQ(qek_arrays_remove_x(&array, nullptr, 5, 0, nullptr), 0U);
     EXPECT_EQ(qek_arrays_find_index_x(&array, nullptr, 5, 0, nullptr), -1);
     EXPECT_EQ(qek_arrays_bfind_index(&array, 5, 0, nullptr), -1);
-    qek_arrays_free(&array, 5, 0, tell, nullptr);
+    qek_arrays_free(&array, 5, 0, tell_value, nullptr);
     qek_arrays_qsort(&array, 1, nullptr);
     qek_arrays_qsort_x(&array, nullptr, 1, nullptr);
     EXPECT_THAT(array.storage(), testing::ElementsAre(5, 5, 3, 3, 5, 5, 0, 0));
@@ -67,8 +67,8 @@ TEST(arrays, store_what_a_pool_without_a_size_gives)
     borrower.pool = &lender;
     for (words *array : {&owner, &borrower}) {
         qek_word out = 99;
-        EXPECT_EQ(qek_arrays_append_new(array, tell), 0U);
-        EXPECT_EQ(qek_arrays_insert_new(array, 7, 0, &out, tell, nullptr), 1);
+        EXPECT_EQ(qek_arrays_append_new(array, tell_value), 0U);
+        EXPECT_EQ(qek_arrays_insert_new(array, 7, 0, &out, tell_value, nullptr), 1);
         EXPECT_EQ(tuple(out, array->count), tuple(0U, 2));
         array->reversed = 1;
         qek_arrays_term(array);

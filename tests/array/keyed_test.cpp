@@ -323,7 +323,7 @@ template <typename Functions> struct session {
         const int index = random.between(-2, m.count + 3), want = random.between(-1, m.count + 24);
         const int first = m.first_index(key), up = want % 2;
         const bool is_stale = has_text && index >= m.count && index < m.capacity();
-        const qek_value_fn gone = random.one_in(4) ? nullptr : tell;
+        const qek_value_fn gone = random.one_in(4) ? nullptr : tell_value;
         const auto at = [&](int place) { return m.get_at(place).value; };
         qek_word made = 99;
         out = nullptr;

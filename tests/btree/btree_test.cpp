@@ -7,6 +7,7 @@
 #include "btree/btree_check.h"
 #include "btree/number_keyed.h"
 #include "support/allocations.h"
+#include "support/platform.h"
 
 #include <bit>
 #include <cmath>
@@ -292,6 +293,9 @@ TYPED_TEST(btree_suite, grows_the_root_again_by_the_rule_of_arrays)
 
 TEST(btree_DeathTest, missing_pools_and_exhaustion_fault)
 {
+    if (!can_fork) {
+        GTEST_SKIP() << "needs fork";
+    }
     modelled<text> tree(false, false);
     const auto insert = [&] { qek_btree_insert(&tree, "z", 1, 1); };
     EXPECT_DEATH((allocations(1, true), insert()), "");

@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # check_calls.sh LIST OBJECT...: every function of the list is called from the objects of the tests.
+# NM names the platform's tool.
 set -euo pipefail
 export LC_ALL=C
 
 list=$1
 shift
 missing=$(comm -23 <(grep '^qek_' "$list" | sort) \
-    <(nm -u "$@" | awk '$1 == "U" { print $2 }' | sort -u) | sed 's/^/  /')
+    <("${NM:-nm}" -u "$@" | awk '$1 == "U" { print $2 }' | sort -u) | sed 's/^/  /')
 if [[ -n $missing ]]; then
     echo "no test calls:"
     echo "$missing"

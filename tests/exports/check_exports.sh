@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # check_exports.sh HEADER LIST LIBRARY: the header declares exactly what the list names, and the
-# library exports the same and nothing else.
+# library exports the same and nothing else. NM and OBJDUMP name the platform's tools.
 set -euo pipefail
 export LC_ALL=C
 
@@ -11,8 +11,13 @@ trap 'rm -rf "$work"' EXIT
 
 sed -nE 's/^QEK_API .*[ *](qek_[a-z0-9_]+)\(.*/\1/p' "$header" | sort >"$work/header"
 grep '^qek_' "$list" | sort >"$work/list"
-nm -D --defined-only "$library" | awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }' |
-    sort >"$work/library"
+if [[ $library == *.dll ]]; then
+    "${OBJDUMP:-objdump}" -p "$library" |
+        sed -nE '/Ordinal\/Name/,/^$/s/.*\[ *[0-9]+\] (\S+).*/\1/p' | sort >"$work/library"
+else
+    "${NM:-nm}" -D --defined-only "$library" |
+        awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }' | sort >"$work/library"
+fi
 
 failed=0
 report() { # MESSAGE FILE: complains if the file has lines
@@ -70,8 +75,8 @@ if ! diff "$work/wanted" "$work/counted"; then
     failed=1
 fi
 
-versions=$(readelf -W --version-info "$library" | grep -cE 'Name: QEK_STD_' || true)
-if [[ $versions -ne 1 ]]; then
+versions=$("${OBJDUMP:-objdump}" -p "$library" | grep -cE '^[0-9].* QEK_STD_' || true)
+if [[ $library != *.dll && $versions -ne 1 ]]; then
     echo "$versions version nodes of the library's own, not 1"
     failed=1
 fi

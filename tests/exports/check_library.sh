@@ -1,26 +1,38 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# check_library.sh SHARED STATIC: the finished library needs the C library alone, goes by its SONAME,
-# and has no data of its own that could change.
+# check_library.sh SHARED STATIC: the finished library needs the C runtime alone, goes by its name,
+# and has no data of its own that could change. NM, OBJDUMP and STRIP name the platform's tools.
 set -euo pipefail
 export LC_ALL=C
 
 shared=$1 static=$2
 failed=0
-expect() { # WHAT WANTED FOUND
-    if [[ $2 != "$3" ]]; then
+expect() { # WHAT WANTED FOUND: the wanted text is a pattern
+    # shellcheck disable=SC2053 # a pattern
+    if [[ $3 != $2 ]]; then
         printf '%s: expected "%s", found "%s"\n' "$1" "$2" "$3"
         failed=1
     fi
 }
 
-dynamic=$(readelf -dW "$shared")
-expect needed libc.so.6 "$(sed -nE 's/.*\(NEEDED\).*\[(.*)\]/\1/p' <<<"$dynamic" | paste -sd' ')"
-expect soname libqek_std.so.0 "$(sed -nE 's/.*\(SONAME\).*\[(.*)\]/\1/p' <<<"$dynamic")"
-expect 'data that could change' '' "$(nm "$static" | awk '$2 ~ /^[dDbBC]$/ { print $3 }' | paste -sd' ')"
+heads=$("${OBJDUMP:-objdump}" -p "$shared")
+if [[ $shared == *.dll ]]; then
+    expect needed 'KERNEL32.dll msvcrt.dll' \
+        "$(sed -nE 's/.*DLL Name: (.*)/\1/p' <<<"$heads" | sort | paste -sd' ')"
+    expect name 'qek_std-0.dll' "$(sed -nE 's/^Name\s.* (\S*\.dll)$/\1/p' <<<"$heads")"
+    expect 'told of threads' 1 "$(grep -c ' DisableThreadLibraryCalls$' <<<"$heads" || true)"
+    expect 'version resource' 1 "$(strings -el "$shared" | grep -c '^VS_VERSION_INFO$' || true)"
+else
+    # The dynamic linker itself is named by some platforms, and is part of the runtime.
+    expect needed 'libc.so.6' \
+        "$(sed -nE 's/ *NEEDED +(.*)/\1/p' <<<"$heads" | grep -v '^ld' | paste -sd' ')"
+    expect soname 'libqek_std.so.0' "$(sed -nE 's/ *SONAME +(.*)/\1/p' <<<"$heads")"
+fi
+expect 'data that could change' '' \
+    "$("${NM:-nm}" "$static" | awk '$2 ~ /^[dDbBC]$/ && $3 !~ /^\./ { print $3 }' | paste -sd' ')"
 
 stripped=$(mktemp)
 trap 'rm -f "$stripped"' EXIT
-strip -o "$stripped" "$shared"
+"${STRIP:-strip}" -o "$stripped" "$shared"
 echo "stripped size: $(stat -c %s "$stripped") bytes"
 exit "$failed"

@@ -6,6 +6,7 @@
 
 #include "hash/hash_check.h"
 #include "support/allocations.h"
+#include "support/platform.h"
 
 namespace {
 
@@ -289,6 +290,9 @@ TEST(hash, stores_an_empty_key_when_its_text_finds_no_room)
 
 TEST(hash_DeathTest, missing_pools_and_exhaustion_fault)
 {
+    if (!can_fork) {
+        GTEST_SKIP() << "needs fork";
+    }
     qek_hash table;
     EXPECT_DEATH((allocations(1, true), qek_hash_init(&table, 1, 0)), "");
     EXPECT_DEATH((allocations(1, true), qek_hash_init(&table, 0, 1)), "");

@@ -3,6 +3,7 @@
 
 #include "pool/pool_check.h"
 #include "support/allocations.h"
+#include "support/platform.h"
 #include "support/random.h"
 
 #include <gmock/gmock.h>
@@ -225,6 +226,9 @@ TEST(pool_check, rejects_each_broken_invariant)
 
 TEST(pool_DeathTest, every_exhaustion_faults)
 {
+    if (!qek_test::can_fork) {
+        GTEST_SKIP() << "needs fork";
+    }
     // On four full blocks with one item freed; with the number of allocations.
     const std::pair<int, void (*)(test_pool &)> cases[] = {
         {2, [](test_pool &) { (new test_pool)->take(); }},

@@ -3,8 +3,13 @@
 
 #include "support/allocations.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <array>
+#include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -19,15 +24,26 @@ struct watch {
 
 watch current;
 
+// All calls of the whole run, so that runs of differently built libraries can be compared.
+std::uint64_t calls, digest;
+struct report : testing::Environment {
+    void TearDown() override
+    {
+        std::printf("[ LIBRARY  ] %" PRIu64 " allocations, digest %016" PRIX64 "\n", calls, digest);
+    }
+};
+const auto *const reported = testing::AddGlobalTestEnvironment(new report);
+
 } // namespace
 
-extern "C" void *__real_malloc(std::size_t size);
-extern "C" void *__wrap_malloc(std::size_t size);
+extern "C" void *watched_malloc(std::size_t size);
 
-extern "C" void *__wrap_malloc(std::size_t size)
+extern "C" void *watched_malloc(std::size_t size)
 {
+    ++calls;
+    digest = (digest ^ size) * 0x100000001B3;
     if (!current.on) {
-        return __real_malloc(size);
+        return std::malloc(size);
     }
     if (static_cast<std::size_t>(current.count) < current.sizes.size()) {
         current.sizes[static_cast<std::size_t>(current.count)] = size;
@@ -39,7 +55,7 @@ extern "C" void *__wrap_malloc(std::size_t size)
         current.failed = true;
         return nullptr;
     }
-    return __real_malloc(size);
+    return std::malloc(size);
 }
 
 namespace qek_test {

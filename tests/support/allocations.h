@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
-// Watching and failing the library's calls of malloc. The linker puts `__wrap_malloc` between the
-// library and the C runtime; while no `allocations` object lives, every call goes straight on.
+// Watching and failing the library's calls of malloc. The copy of the library that the tests link
+// with calls `watched_malloc` instead; while no `allocations` object lives, every call goes straight
+// on.
 #pragma once
 
 #include <cstddef>

@@ -1,0 +1,63 @@
+# SPDX-License-Identifier: MIT
+# The test programs.
+include(cmake/googletest.cmake)
+
+# The test program holds the static library, so that it reaches the parts that are not exported, in a
+# copy that calls the fault injector (support/allocations.h) instead of malloc.
+set(watched ${CMAKE_CURRENT_BINARY_DIR}/libqek_std_watched.a)
+add_custom_command(OUTPUT ${watched}
+    COMMAND ${CMAKE_OBJCOPY} --redefine-sym malloc=watched_malloc
+            $<TARGET_FILE:qek_std_static> ${watched}
+    DEPENDS qek_std_static VERBATIM)
+add_executable(qek_tests
+    support/allocations.cpp
+    array/arrays_test.cpp array/arrayt_test.cpp array/keyed_test.cpp array/sort_test.cpp
+    base/mem_test.cpp base/str_test.cpp
+    bits/bits_test.cpp
+    btree/btree_test.cpp
+    hash/hash_test.cpp
+    list/list_test.cpp list/listx_test.cpp
+    pool/iter_test.cpp pool/pool_check.cpp pool/pool_test.cpp
+    stream/compact_test.cpp stream/fields_test.cpp stream/stream_test.cpp
+    text/char_test.cpp text/convert_test.cpp text/string_test.cpp text/stringx_test.cpp
+    text/wchar_test.cpp
+    tree/bitree_test.cpp tree/tree_test.cpp tree/walks_test.cpp)
+target_sources(qek_tests PRIVATE ${watched})
+target_include_directories(qek_tests PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include
+                                             ${CMAKE_CURRENT_SOURCE_DIR})
+target_compile_definitions(qek_tests PRIVATE QEK_STD_STATIC)
+target_link_libraries(qek_tests PRIVATE qek_flags ${watched} GTest::gmock_main)
+target_link_options(qek_tests PRIVATE ${QEK_TEST_LINK_OPTIONS})
+gtest_discover_tests(qek_tests DISCOVERY_TIMEOUT 120)
+if(NOT QEK_SANITIZE)
+    add_test(NAME exports.calls
+        COMMAND ${tools} ${CMAKE_CURRENT_SOURCE_DIR}/exports/check_calls.sh
+                ${qek_exports} $<TARGET_OBJECTS:qek_tests>
+        COMMAND_EXPAND_LISTS)
+endif()
+
+# The examples of the header, compiled and run against the shared library as a C program.
+set(examples ${CMAKE_CURRENT_BINARY_DIR}/header_examples.c)
+add_custom_command(OUTPUT ${examples}
+    COMMAND ${CMAKE_COMMAND} -D HEADER=${PROJECT_SOURCE_DIR}/include/qek_std.h
+            -D OUTPUT=${examples}
+            -P ${CMAKE_CURRENT_SOURCE_DIR}/cmake/extract_examples.cmake
+    DEPENDS ${PROJECT_SOURCE_DIR}/include/qek_std.h cmake/extract_examples.cmake
+    VERBATIM)
+add_executable(qek_header_examples ${examples})
+target_compile_options(qek_header_examples PRIVATE -UNDEBUG)
+target_link_libraries(qek_header_examples PRIVATE qek_flags qek_std)
+add_test(NAME header.examples COMMAND qek_header_examples)
+
+# The example that serialises, to compare what it writes here with what it wrote elsewhere.
+file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/examples/word_index/*.c)
+add_executable(qek_word_index ${sources})
+target_link_libraries(qek_word_index PRIVATE qek_flags qek_std)
+add_test(NAME demo.index
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/demo/check_index.sh
+            ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:qek_word_index>)
+
+if(WIN32) # where programs look for a DLL beside themselves
+    set_target_properties(qek_header_examples qek_word_index PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY $<TARGET_FILE_DIR:qek_std>)
+endif()
