@@ -4,36 +4,74 @@ set -euo pipefail
 
 usage() {
     cat <<'END'
-usage: ./test.sh [--all]
+usage: ./test.sh [--all | --platform NAME]
 
 Sets up what is missing, builds below build/, and runs every test. The last line counts the tests.
 
-  --all   also the slower configurations: the second compiler, the sanitizers, 32 bits, the lint
-          checks and the demo with damaged indexes; a table of them stands before the last line
-  --help  print this text
+  --all            every row that can run here; a table of them stands before the last line
+  --platform NAME  that row alone:
+                     default, clang                    Linux, 64 bits, with g++ and with clang
+                     m32, m32-clang                    Linux, 32 bits
+                     sanitize, clang-sanitize,         the same with the address and undefined-
+                       m32-sanitize                      behaviour sanitizers
+                     windows, windows-i686             DLLs for 64 bits, run by wine, and 32 bits
+                     s390x, powerpc, aarch64           run by qemu; the first two big-endian
+                     levels                            every level of optimisation alike
+                     lint                              format, static analysis, scripts, header
+                     demo, outline                     the commands and examples, with bad input
+  --help           print this text
 
-A configuration that cannot run here is skipped, and the package that it lacks is named. With
-QEK_SKIPS_FAIL=1 in the environment a skip is a failure.
+With --all, a row whose tools are missing is skipped, and the packages that it lacks are named; with
+QEK_SKIPS_FAIL=1 in the environment that is a failure. A single test that needs what a platform
+does not have is skipped there, and counted.
 
 Result: 0 if nothing failed; 1 if something failed; 2 if the call was wrong; 3 if packages are
 missing and the user is not root.
 END
 }
 
-all=0
-for argument; do
-    case $argument in
-    --all) all=1 ;;
+wrong() {
+    echo "test.sh: $1" >&2
+    echo "Try './test.sh --help'." >&2
+    exit 2
+}
+
+# The rows of the table. Each name is followed by the packages that it needs beyond those of the
+# default row.
+rows=(default clang sanitize clang-sanitize m32 m32-clang m32-sanitize
+    windows windows-i686 s390x powerpc aarch64 levels lint demo outline)
+declare -A needs=(
+    [clang]=clang
+    [clang-sanitize]="clang libclang-rt-14-dev"
+    [m32]=g++-12-multilib
+    [m32-clang]="clang g++-12-multilib"
+    [m32-sanitize]=g++-12-multilib
+    [windows]="g++-mingw-w64-x86-64 wine64"
+    [windows-i686]=g++-mingw-w64-i686
+    [s390x]="g++-s390x-linux-gnu qemu-user"
+    [powerpc]="g++-powerpc-linux-gnu qemu-user"
+    [aarch64]="g++-aarch64-linux-gnu qemu-user"
+    [levels]=clang
+    [lint]="clang g++-12-multilib clang-format clang-tidy shellcheck"
+)
+
+chosen=(default)
+while [[ $# -gt 0 ]]; do
+    case $1 in
+    --all) chosen=("${rows[@]}") ;;
+    --platform)
+        [[ $# -gt 1 ]] || wrong "a name is missing behind --platform"
+        [[ " ${rows[*]} " == *" $2 "* ]] || wrong "unknown platform $2"
+        chosen=("$2")
+        shift
+        ;;
     --help)
         usage
         exit 0
         ;;
-    *)
-        echo "test.sh: unknown argument $argument" >&2
-        echo "Try './test.sh --help'." >&2
-        exit 2
-        ;;
+    *) wrong "unknown argument $1" ;;
     esac
+    shift
 done
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -44,13 +82,16 @@ strict=${QEK_SKIPS_FAIL:-0}
 # shellcheck source=scripts/tally.sh
 . "$root/scripts/tally.sh"
 
-more=(clang libclang-rt-14-dev g++-12-multilib clang-format clang-tidy shellcheck)
-if [[ $all -eq 0 ]]; then
-    require_packages "${packages_to_test[@]}"
-elif [[ $strict == 1 || -n $(missing_packages "${packages_to_test[@]}") ]]; then
-    require_packages "${packages_to_test[@]}" "${more[@]}"
+packages=("${packages_to_test[@]}")
+for name in "${chosen[@]}"; do
+    # shellcheck disable=SC2206 # one word per package
+    packages+=(${needs[$name]:-})
+done
+if [[ ${#chosen[@]} -eq 1 || $strict == 1 ]]; then
+    require_packages "${packages[@]}"
 else
-    request_packages "${more[@]}"
+    require_packages "${packages_to_test[@]}"
+    request_packages "${packages[@]}"
 fi
 
 export QEK_TALLY=$build/tally
@@ -61,9 +102,13 @@ attribute() { # NAME FILE: a number of the head of a JUnit file
     sed -nE "0,/<testcase/s/.*$1=\"([0-9]+)\".*/\1/p" "$2" | head -n 1
 }
 
+configure_preset() { # PRESET
+    configure "$build/configure.log" -S "$root" --preset "$1"
+}
+
 run_preset() { # PRESET: builds and runs the tests; leaves the counts in QEK_TALLY
     local folder=$build/$1 report=$build/$1/junit.xml tests failures skips
-    configure "$build/configure.log" -S "$root" --preset "$1" || return 1
+    configure_preset "$1" || return 1
     cmake --build "$folder" || return 1
     rm -f "$report"
     ctest --test-dir "$folder" --output-on-failure -j "$(nproc)" --output-junit "$report" || true
@@ -72,31 +117,35 @@ run_preset() { # PRESET: builds and runs the tests; leaves the counts in QEK_TAL
     failures=$(attribute failures "$report")
     skips=$(($(attribute skipped "$report") + $(attribute disabled "$report")))
     [[ $tests -gt 0 ]] || return 1
-    grep -m 1 -o '[0-9]* of [0-9]* functions stand' "$report" || true
     echo "$((tests - failures - skips)) passed, $failures failed, $skips skipped" >"$QEK_TALLY"
 }
 
-row() { # NAME PACKAGES COMMAND...: runs the command, which leaves its counts in QEK_TALLY
-    local name=$1 missing begin=$SECONDS counts=(0 1 0) result
+run() { # ROW
+    local demo=$root/tests/demo
+    case $1 in
+    levels) "$root/tests/platform/check_levels.sh" ;;
+    lint) configure_preset default && "$root/scripts/lint.sh" ;;
+    demo) "$demo/check_demo.sh" ;;
+    outline) "$demo/check_outline.sh" ;;
+    *) run_preset "$1" ;;
+    esac
+}
+
+row() { # NAME: runs the row, which leaves its counts in QEK_TALLY
+    local name=$1 missing begin=$SECONDS counts=(0 1 0) result=passed
     # shellcheck disable=SC2086 # one word per package
-    missing=$(missing_packages $2)
-    shift 2
+    missing=$(missing_packages ${needs[$1]:-})
     echo
     echo "== $name"
     if [[ -n $missing ]]; then
         result="skipped, needs $missing"
-        echo "$result"
-        counts=(0 0 1)
+        counts=(0 "$strict" $((1 - strict)))
     else
         rm -f "$QEK_TALLY"
-        "$@" || true
+        run "$name" || true
         if [[ -f $QEK_TALLY ]]; then
             read -ra counts < <(tr -dc '0-9 \n' <"$QEK_TALLY")
         fi
-        result=passed
-    fi
-    if [[ $strict == 1 ]]; then
-        counts=("${counts[0]}" $((counts[1] + counts[2])) 0)
     fi
     if [[ ${counts[1]} -gt 0 ]]; then
         result="FAILED${missing:+, needs $missing}"
@@ -104,19 +153,14 @@ row() { # NAME PACKAGES COMMAND...: runs the command, which leaves its counts in
     passed=$((passed + counts[0]))
     failed=$((failed + counts[1]))
     skipped=$((skipped + counts[2]))
+    echo "== $name: ${counts[0]} passed, ${counts[1]} failed, ${counts[2]} skipped, $result"
     table+=("$(printf '%-16s %8d %8d %8d %8d  %s' "$name" "${counts[@]}" $((SECONDS - begin)) "$result")")
 }
 
-row default "" run_preset default
-if [[ $all -eq 1 ]]; then
-    row clang clang run_preset clang
-    row sanitize "" run_preset sanitize
-    row clang-sanitize "clang libclang-rt-14-dev" run_preset clang-sanitize
-    row m32 g++-12-multilib run_preset m32
-    row m32-sanitize g++-12-multilib run_preset m32-sanitize
-    row lint "clang g++-12-multilib clang-format clang-tidy shellcheck" "$root/scripts/lint.sh"
-    row demo "" "$root/tests/demo/check_demo.sh"
-    row outline "" "$root/tests/demo/check_outline.sh"
+for name in "${chosen[@]}"; do
+    row "$name"
+done
+if [[ ${#chosen[@]} -gt 1 ]]; then
     echo
     printf '%-16s %8s %8s %8s %8s  %s\n' configuration passed failed skipped seconds result
     printf '%s\n' "${table[@]}"
