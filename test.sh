@@ -14,7 +14,7 @@ Sets up what is missing, builds below build/, and runs every test. The last line
                      m32, m32-clang                    Linux, 32 bits
                      sanitize, clang-sanitize,         the same with the address and undefined-
                        m32-sanitize                      behaviour sanitizers
-                     windows, windows-i686             DLLs for 64 bits, run by wine, and 32 bits
+                     windows, windows-i686             DLLs for 64 and for 32 bits, run by wine
                      s390x, powerpc, aarch64           run by qemu; the first two big-endian
                      levels                            every level of optimisation alike
                      lint                              format, static analysis, scripts, header
@@ -47,7 +47,7 @@ declare -A needs=(
     [m32-clang]="clang g++-12-multilib"
     [m32-sanitize]=g++-12-multilib
     [windows]="g++-mingw-w64-x86-64 wine64"
-    [windows-i686]=g++-mingw-w64-i686
+    [windows-i686]="g++-mingw-w64-i686 debootstrap"
     [s390x]="g++-s390x-linux-gnu qemu-user"
     [powerpc]="g++-powerpc-linux-gnu qemu-user"
     [aarch64]="g++-aarch64-linux-gnu qemu-user"
@@ -120,9 +120,18 @@ run_preset() { # PRESET: builds and runs the tests; leaves the counts in QEK_TAL
     echo "$((tests - failures - skips)) passed, $failures failed, $skips skipped" >"$QEK_TALLY"
 }
 
+run_windows_i686() {
+    if ! "$root/scripts/wine32.sh"; then
+        echo "windows-i686: there is no wine for 32 bits here, so the programs are not run"
+        rm -rf "$build/wine32"
+    fi
+    run_preset windows-i686
+}
+
 run() { # ROW
     local demo=$root/tests/demo
     case $1 in
+    windows-i686) run_windows_i686 ;;
     levels) "$root/tests/platform/check_levels.sh" ;;
     lint) configure_preset default && "$root/scripts/lint.sh" ;;
     demo) "$demo/check_demo.sh" ;;

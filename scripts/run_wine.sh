@@ -1,14 +1,33 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
-# run_wine.sh PROGRAM ARGUMENT...: runs a Windows program. A program that crashes under wine may end
-# with 0 all the same, so its last line must say that it came to its end.
+# run_wine.sh BITS PROGRAM ARGUMENT...: runs a Windows program of 64 or 32 bits. A program that
+# crashes under wine may end with 0 all the same, so its last line must say that it came to its end.
+# For 32 bits there is a Debian tree of its own (wine32.sh), in which this project and /tmp are seen.
 set -euo pipefail
 
-export WINEPREFIX=${WINEPREFIX:-${TMPDIR:-/tmp}/qek_wine.$UID} WINEDEBUG=-all
+bits=$1
+shift
+export WINEPREFIX=/tmp/qek_wine$bits.$UID WINEDEBUG=-all
 export WINEDLLOVERRIDES='winedbg.exe=d;mscoree,mshtml='
-wine=$(PATH=$PATH:/usr/lib/wine type -P wine64)
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+wine() {
+    PATH=$PATH:/usr/lib/wine wine64 "$@"
+}
+if [[ $bits == 32 ]]; then
+    export QEK_SHOWN="/proc /dev /tmp $root"
+    # shellcheck disable=SC2016 # expanded by the shell that is started
+    in_tree='for folder in $QEK_SHOWN; do
+            mkdir -p "$0$folder"
+            mount --bind "$folder" "$0$folder"
+        done
+        exec chroot "$0" env -C "$PWD" /usr/lib/wine/wine "$@"'
+    wine() {
+        unshare --mount bash -euc "$in_tree" "$root/build/wine32" "$@"
+    }
+fi
+
 status=0
-output=$("$wine" "$@" </dev/null | tr -d '\r') || status=$?
+output=$(wine "$@" </dev/null | tr -d '\r') || status=$?
 printf '%s\n' "$output"
 if [[ $status -eq 0 && " $* " != *" --gtest_list_tests "* ]]; then
     last=$(tail -n 1 <<<"$output")

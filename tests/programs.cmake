@@ -5,8 +5,12 @@ include(cmake/googletest.cmake)
 # The test program holds the static library, so that it reaches the parts that are not exported, in a
 # copy that calls the fault injector (support/allocations.h) instead of malloc.
 set(watched ${CMAKE_CURRENT_BINARY_DIR}/libqek_std_watched.a)
+set(prefix "")
+if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+    set(prefix _) # of all C names there
+endif()
 add_custom_command(OUTPUT ${watched}
-    COMMAND ${CMAKE_OBJCOPY} --redefine-sym malloc=watched_malloc
+    COMMAND ${CMAKE_OBJCOPY} --redefine-sym ${prefix}malloc=${prefix}watched_malloc
             $<TARGET_FILE:qek_std_static> ${watched}
     DEPENDS qek_std_static VERBATIM)
 add_executable(qek_tests

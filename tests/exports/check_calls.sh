@@ -8,7 +8,7 @@ export LC_ALL=C
 list=$1
 shift
 missing=$(comm -23 <(grep '^qek_' "$list" | sort) \
-    <("${NM:-nm}" -u "$@" | awk '$1 == "U" { print $2 }' | sort -u) | sed 's/^/  /')
+    <("${NM:-nm}" -u "$@" | awk '$1 == "U" { sub(/^_/, "", $2); print $2 }' | sort -u) | sed 's/^/  /')
 if [[ -n $missing ]]; then
     echo "no test calls:"
     echo "$missing"
