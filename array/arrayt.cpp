@@ -12,6 +12,7 @@
 #include "array/search.h"
 #include "array/sort.h"
 #include "base/bytes.h"
+#include "base/exchange.h"
 #include "base/growth.h"
 #include "base/heap.h"
 #include "qek_std.h"
@@ -128,16 +129,6 @@ void clone(const qek_arrayt &source, qek_arrayt &target) noexcept
             set_at(target, at, get_at(source, at));
         }
     }
-}
-
-// `reversed` stays with its record.
-void swap(qek_arrayt &a, qek_arrayt &b) noexcept
-{
-    const qek_arrayt kept = a;
-    a = b;
-    b = kept;
-    b.reversed = a.reversed;
-    a.reversed = kept.reversed;
 }
 
 // The order is that of the difference as it wraps, read as signed; the sort's is unsigned.
@@ -294,7 +285,10 @@ void qek_arrayt_term(qek_arrayt *array) { term(*array); }
 
 int32_t qek_arrayt_expand(qek_arrayt *array, int32_t want) { return expand(*array, want); }
 
-void qek_arrayt_swap(qek_arrayt *first, qek_arrayt *second) { swap(*first, *second); }
+void qek_arrayt_swap(qek_arrayt *first, qek_arrayt *second)
+{
+    exchange_all_but(*first, *second, &qek_arrayt::reversed);
+}
 
 void qek_arrayt_clone(const qek_arrayt *source, qek_arrayt *target) { clone(*source, *target); }
 

@@ -72,14 +72,6 @@ void term(qek_btree &tree) noexcept
     buffer::release(tree.keys);
 }
 
-void swap(qek_btree &a, qek_btree &b) noexcept
-{
-    const std::int16_t kept = a.ignore_case;
-    btree::swap(a, b);
-    b.ignore_case = a.ignore_case;
-    a.ignore_case = kept;
-}
-
 void clone(const qek_btree &source, qek_btree &target, qek_pool *source_aux, qek_pool *target_aux,
            qek_clone_fn clone_value) noexcept
 {
@@ -99,7 +91,7 @@ void qek_btree_init(qek_btree *btree, int32_t own_page_pool, int32_t own_node_po
 
 void qek_btree_term(qek_btree *btree) { term(*btree); }
 
-void qek_btree_swap(qek_btree *a, qek_btree *b) { swap(*a, *b); }
+void qek_btree_swap(qek_btree *a, qek_btree *b) { btree::swap(*a, *b, &qek_btree::ignore_case); }
 
 void qek_btree_clone(const qek_btree *source, qek_pool *source_aux_pool, qek_btree *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)

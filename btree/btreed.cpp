@@ -40,7 +40,7 @@ void qek_btreed_init(qek_btreed *btree, int32_t own_page_pool, int32_t own_node_
 
 void qek_btreed_term(qek_btreed *btree) { btree::term<policy>(*btree); }
 
-void qek_btreed_swap(qek_btreed *a, qek_btreed *b) { btree::swap_numbers(*a, *b); }
+void qek_btreed_swap(qek_btreed *a, qek_btreed *b) { btree::swap(*a, *b, &qek_btreed::key_type); }
 
 void qek_btreed_clone(const qek_btreed *source, qek_pool *source_aux_pool, qek_btreed *target,
                       qek_pool *target_aux_pool, qek_clone_fn clone_value)

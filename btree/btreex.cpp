@@ -40,7 +40,7 @@ void qek_btreex_init(qek_btreex *btree, int32_t own_page_pool, int32_t own_node_
 
 void qek_btreex_term(qek_btreex *btree) { btree::term<policy>(*btree); }
 
-void qek_btreex_swap(qek_btreex *a, qek_btreex *b) { btree::swap_numbers(*a, *b); }
+void qek_btreex_swap(qek_btreex *a, qek_btreex *b) { btree::swap(*a, *b, &qek_btreex::key_type); }
 
 void qek_btreex_clone(const qek_btreex *source, qek_pool *source_aux_pool, qek_btreex *target,
                       qek_pool *target_aux_pool, qek_clone_fn clone_value)

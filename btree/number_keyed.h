@@ -57,14 +57,6 @@ void init_numbers(typename Policy::tree &tree, std::int32_t own_page_pool,
     tree.key_type = Policy::signed_keys;
 }
 
-template <typename Tree> void swap_numbers(Tree &a, Tree &b) noexcept
-{
-    const std::int32_t kept = a.key_type;
-    swap(a, b);
-    b.key_type = a.key_type;
-    a.key_type = kept;
-}
-
 template <typename Policy>
 void clone_numbers(const typename Policy::tree &source, typename Policy::tree &target,
                    qek_pool *source_aux, qek_pool *target_aux, qek_clone_fn clone_value) noexcept

@@ -39,6 +39,7 @@
 
 #include "array/search.h"
 #include "array/storage.h"
+#include "base/exchange.h"
 #include "pool/owned.h"
 #include "pool/translation.h"
 
@@ -242,13 +243,6 @@ void put_beside(const typename Policy::tree &tree, qek_arrays &siblings,
     if (!at.found) {
         array::insert_at(siblings, at.index, pool::word_of(page));
     }
-}
-
-inline void exchange(qek_arrays &a, qek_arrays &b) noexcept
-{
-    const qek_arrays kept = a;
-    a = b;
-    b = kept;
 }
 
 // The root stays where it is: its lower half moves down into a new page instead.
@@ -530,12 +524,9 @@ template <typename Tree> void settle(Tree &tree) noexcept
     reset_pools(tree, tree.root);
 }
 
-// Everything but the flag that stays with a record, which a family deals with.
-template <typename Tree> void swap(Tree &a, Tree &b) noexcept
+template <typename Tree, typename Flag> void swap(Tree &a, Tree &b, Flag Tree::*stays) noexcept
 {
-    const Tree kept = a;
-    a = b;
-    b = kept;
+    exchange_all_but(a, b, stays);
     settle(a);
     settle(b);
 }

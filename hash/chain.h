@@ -30,6 +30,7 @@
 #pragma once
 
 #include "array/storage.h"
+#include "base/exchange.h"
 #include "pool/owned.h"
 #include "pool/translation.h"
 
@@ -382,14 +383,6 @@ void free_all(Table &table, qek_value_fn free_value) noexcept
         });
     }
     release_entries(table);
-}
-
-// Everything but the flags that stay with a record, which a family deals with.
-template <typename Table> void swap(Table &a, Table &b) noexcept
-{
-    const Table kept = a;
-    a = b;
-    b = kept;
 }
 
 template <typename Table> void share_pools(const Table &source, Table &target) noexcept

@@ -71,14 +71,6 @@ void term(qek_hash &table) noexcept
     hash::term(table);
 }
 
-void swap(qek_hash &a, qek_hash &b) noexcept
-{
-    const std::int16_t kept = a.ignore_case;
-    hash::swap(a, b);
-    b.ignore_case = a.ignore_case;
-    a.ignore_case = kept;
-}
-
 void clone(const qek_hash &source, qek_hash &target, qek_pool *source_aux, qek_pool *target_aux,
            qek_clone_fn clone_value) noexcept
 {
@@ -102,7 +94,7 @@ void qek_hash_init(qek_hash *hash, int32_t own_entry_pool, int32_t own_value_poo
 
 void qek_hash_term(qek_hash *hash) { term(*hash); }
 
-void qek_hash_swap(qek_hash *a, qek_hash *b) { swap(*a, *b); }
+void qek_hash_swap(qek_hash *a, qek_hash *b) { exchange_all_but(*a, *b, &qek_hash::ignore_case); }
 
 void qek_hash_clone(const qek_hash *source, qek_pool *source_aux_pool, qek_hash *target,
                     qek_pool *target_aux_pool, qek_clone_fn clone_value)

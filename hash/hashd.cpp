@@ -22,7 +22,7 @@ void qek_hashd_init(qek_hashd *hash, int32_t own_entry_pool, int32_t own_value_p
 
 void qek_hashd_term(qek_hashd *hash) { hash::term(*hash); }
 
-void qek_hashd_swap(qek_hashd *a, qek_hashd *b) { hash::swap(*a, *b); }
+void qek_hashd_swap(qek_hashd *a, qek_hashd *b) { exchange(*a, *b); }
 
 void qek_hashd_clone(const qek_hashd *source, qek_pool *source_aux_pool, qek_hashd *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)

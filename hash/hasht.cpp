@@ -44,7 +44,7 @@ void qek_hasht_init(qek_hasht *hash, int32_t own_entry_pool, int32_t own_value_p
 
 void qek_hasht_term(qek_hasht *hash) { hash::term(*hash); }
 
-void qek_hasht_swap(qek_hasht *a, qek_hasht *b) { hash::swap(*a, *b); }
+void qek_hasht_swap(qek_hasht *a, qek_hasht *b) { exchange(*a, *b); }
 
 void qek_hasht_clone(const qek_hasht *source, qek_pool *source_aux_pool, qek_hasht *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)

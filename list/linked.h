@@ -13,6 +13,7 @@
 // `make()` brings a filled node, or null when the pool gave none, and then nothing is linked.
 #pragma once
 
+#include "base/exchange.h"
 #include "pool/owned.h"
 #include "pool/translation.h"
 #include "qek_std.h"
@@ -211,13 +212,6 @@ void free_all(List &list, qek_value_fn free_value, DisposeOf dispose_of) noexcep
     }
     forget_nodes(list);
     remove_all_with_values(list);
-}
-
-template <typename List> void swap(List &a, List &b) noexcept
-{
-    const List kept = a;
-    a = b;
-    b = kept;
 }
 
 template <typename List> void share_pools(const List &source, List &target) noexcept

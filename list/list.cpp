@@ -159,7 +159,7 @@ void qek_list_init(qek_list *list, int32_t own_node_pool, int32_t own_value_pool
 
 void qek_list_term(qek_list *list) { term(*list); }
 
-void qek_list_swap(qek_list *a, qek_list *b) { list::swap(*a, *b); }
+void qek_list_swap(qek_list *a, qek_list *b) { exchange(*a, *b); }
 
 void qek_list_clone(const qek_list *source, qek_pool *source_aux_pool, qek_list *target,
                     qek_pool *target_aux_pool, qek_clone_fn clone_value)

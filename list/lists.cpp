@@ -97,7 +97,7 @@ void qek_lists_init(qek_lists *list, int32_t own_node_pool, int32_t own_value_po
 
 void qek_lists_term(qek_lists *list) { list::term(*list); }
 
-void qek_lists_swap(qek_lists *a, qek_lists *b) { list::swap(*a, *b); }
+void qek_lists_swap(qek_lists *a, qek_lists *b) { exchange(*a, *b); }
 
 void qek_lists_clone(const qek_lists *source, qek_pool *source_aux_pool, qek_lists *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)

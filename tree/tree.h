@@ -13,6 +13,7 @@
 // The flags of own pools survive `term`: a terminated record needs its `init` before anything else.
 #pragma once
 
+#include "base/exchange.h"
 #include "pool/owned.h"
 #include "pool/translation.h"
 #include "qek_std.h"
@@ -104,13 +105,6 @@ template <typename Walk, typename Tree> void free_all(Tree &tree, qek_value_fn f
         free_entry<Walk>(tree, tree.root, free_value);
     }
     empty_pools(tree);
-}
-
-template <typename Entry> void exchange(Entry &a, Entry &b) noexcept
-{
-    const Entry kept = a;
-    a = b;
-    b = kept;
 }
 
 // The copies of entries and values while a tree is cloned. The roots lie in the records and not in
