@@ -9,26 +9,7 @@ using namespace qek;
 
 namespace {
 
-struct policy : btree::number_policy<qek_btreed, qek_btreed_page, qek_btreed_node> {
-    static constexpr std::int32_t signed_keys = 1;
-    static constexpr std::int32_t unsigned_keys = 2;
-    static constexpr std::int32_t real_keys = 5;
-
-    template <typename Element>
-    static std::int32_t order(const tree &of, const Element &at, key sought) noexcept
-    {
-        switch (of.key_type) {
-        case signed_keys:
-            return order_as<signed_number>(at.key, sought);
-        case unsigned_keys:
-            return order_as<key>(at.key, sought);
-        case real_keys:
-            return order_as<real_number>(at.key, sought);
-        default:
-            return 0;
-        }
-    }
-};
+using policy = btree::number_policy<qek_btreed, qek_btreed_page, qek_btreed_node, 1, 2, 5>;
 
 } // namespace
 

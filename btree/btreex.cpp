@@ -9,26 +9,7 @@ using namespace qek;
 
 namespace {
 
-struct policy : btree::number_policy<qek_btreex, qek_btreex_page, qek_btreex_node> {
-    static constexpr std::int32_t signed_keys = 3;
-    static constexpr std::int32_t unsigned_keys = 4;
-    static constexpr std::int32_t real_keys = 6;
-
-    template <typename Element>
-    static std::int32_t order(const tree &of, const Element &at, key sought) noexcept
-    {
-        switch (of.key_type) {
-        case signed_keys:
-            return order_as<signed_number>(at.key, sought);
-        case unsigned_keys:
-            return order_as<key>(at.key, sought);
-        case real_keys:
-            return order_as<real_number>(at.key, sought);
-        default:
-            return 0;
-        }
-    }
-};
+using policy = btree::number_policy<qek_btreex, qek_btreex_page, qek_btreex_node, 3, 4, 6>;
 
 } // namespace
 

@@ -126,13 +126,8 @@ struct qword_trees : number_keys<qek_btreex, std::uint64_t, double, 3, 4, 6> {
 
 // Pages of four slots. Only what makes pages knows of their size.
 struct small_trees : dword_trees {
-    struct policy : core::number_policy<container, page, element> {
+    struct policy : core::number_policy<container, page, element, 1, 2, 5> {
         static constexpr std::int32_t page_slots = 4;
-        static constexpr std::int32_t signed_keys = 1;
-        static int order(const tree &, auto &at, key k)
-        {
-            return order_as<signed_number>(at.key, k);
-        }
     };
     static constexpr std::int32_t orders[] = {1};
     static constexpr int slots = policy::page_slots;
