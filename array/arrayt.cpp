@@ -140,26 +140,21 @@ array::place locate(const qek_arrayt &array, std::uint32_t value) noexcept
     });
 }
 
-void move_words(std::uint32_t *to, const std::uint32_t *from, std::int32_t count) noexcept
-{
-    move_bytes(to, from, wide(count) * static_cast<std::int64_t>(sizeof *to));
-}
-
 void shift_up(qek_arrayt &array, std::int32_t index) noexcept
 {
     std::uint32_t *in_record = array.inline_slots;
     const std::int32_t inside = smaller(array.count, inline_count);
     if (index >= inline_count) {
         std::uint32_t *place = array.overflow + (index - inline_count);
-        move_words(place + 1, place, array.count - index);
+        move_units(place + 1, place, array.count - index);
         return;
     }
     if (inside == inline_count) {
-        move_words(array.overflow + 1, array.overflow, array.count - inline_count);
+        move_units(array.overflow + 1, array.overflow, array.count - inline_count);
         array.overflow[0] = in_record[inline_count - 1];
-        move_words(in_record + index + 1, in_record + index, inline_count - 1 - index);
+        move_units(in_record + index + 1, in_record + index, inline_count - 1 - index);
     } else {
-        move_words(in_record + index + 1, in_record + index, inside - index);
+        move_units(in_record + index + 1, in_record + index, inside - index);
     }
 }
 
@@ -192,7 +187,7 @@ void shift_down(qek_arrayt &array, std::int32_t index) noexcept
         return;
     }
     if (index < inline_count) {
-        move_words(in_record + index, in_record + index + 1,
+        move_units(in_record + index, in_record + index + 1,
                    smaller(array.count, inline_count) - 1 - index);
     }
     if (overflows) {
@@ -200,7 +195,7 @@ void shift_down(qek_arrayt &array, std::int32_t index) noexcept
         if (index < inline_count) {
             in_record[inline_count - 1] = array.overflow[0];
         }
-        move_words(array.overflow + gap, array.overflow + gap + 1,
+        move_units(array.overflow + gap, array.overflow + gap + 1,
                    array.count - inline_count - 1 - gap);
     }
 }

@@ -22,12 +22,6 @@ constexpr std::int32_t block_words = 32;
 
 bool has_room(const block *at) noexcept { return at != nullptr && at->used < block_words; }
 
-void move_words(block &in, std::int32_t to, std::int32_t from, std::int32_t count) noexcept
-{
-    move_bytes(in.items + to, in.items + from,
-               static_cast<std::int64_t>(count) * static_cast<std::int64_t>(sizeof(qek_word)));
-}
-
 // The block that a word goes into: the one at that end, or a new one, still empty and not linked.
 block *head_with_room(qek_listx &list) noexcept
 {
@@ -50,7 +44,7 @@ void put_first(qek_listx &list, block *at, qek_word value) noexcept
     if (at->used == 0) {
         list::link_head(list, at);
     }
-    move_words(*at, 1, 0, at->used);
+    move_units(at->items + 1, at->items, at->used);
     at->items[0] = value;
     ++at->used;
     ++list.count;
@@ -122,7 +116,7 @@ qek_word remove_head(qek_listx &list) noexcept
     }
     const qek_word value = at->items[0];
     at->items[0] = 0;
-    move_words(*at, 0, 1, at->used - 1);
+    move_units(at->items, at->items + 1, at->used - 1);
     take_one(list, at);
     return value;
 }

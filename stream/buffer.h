@@ -138,11 +138,6 @@ template <form Form> void shrink(typename Form::record &record, std::int64_t len
     }
 }
 
-template <typename Unit> void move_units(Unit *to, const Unit *from, std::int64_t count) noexcept
-{
-    move_bytes(to, from, count * static_cast<std::int64_t>(sizeof(Unit)));
-}
-
 // Writes units over what is there, as far as the form allows.
 template <form Form>
 void overwrite(typename Form::record &record, std::int32_t position,
