@@ -81,7 +81,7 @@
 #define QEK_API
 #endif
 
-/** Version of this header, checked against the library's build. */
+/** Version of this header and of the library; the build checks that numbers and text agree. */
 #define QEK_STD_VERSION_MAJOR 0
 #define QEK_STD_VERSION_MINOR 1
 #define QEK_STD_VERSION_PATCH 0

@@ -3,10 +3,11 @@
 
 // How a container holds a pool: made by its `init` and ended with it, or borrowed from the caller.
 //
-// A container keeps a pointer and a flag. The flag set: the container made the pool, empties it as
-// a whole, and never gives single items back to it, since they all die together. The flag clear and
-// the pointer set: the pool is borrowed, gets every item back one at a time, and is left in the
-// field when the container ends. The flags have different widths in different records.
+// A container keeps a pointer and a flag. The flag set: the container made the pool, and empties it
+// as a whole when it is emptied or ends itself, since all items die together then. A node that is
+// removed alone goes back to it all the same; a value never does. The flag clear and the pointer
+// set: the pool is borrowed, gets every item back one at a time, and is left in the field when the
+// container ends. The flags have different widths in different records.
 //
 // A pool for nodes gets the node's size here; a pool for values gets its size from the caller.
 #pragma once

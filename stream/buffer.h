@@ -34,7 +34,7 @@
 #include "base/bytes.h"
 #include "base/growth.h"
 #include "base/heap.h"
-#include "base/wide.h"
+#include "base/units.h"
 #include "qek_std.h"
 
 #include <concepts>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
-// The owned 8-bit text. Lengths and positions are stream/buffer.h, letters and blanks owned.h,
-// comparing and searching search.h.
+// The owned 8-bit text. Lengths and positions are stream/buffer.h, blanks and single units owned.h,
+// letters letters.h, comparing and searching search.h.
 
 #include "base/search.h"
 #include "text/letters.h"

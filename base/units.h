@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
-// The searches and orders of bytes.h for text of 16-bit units, whatever the platform's own wide
-// character is. A unit reaches the runtime's byte routines for letters as it stands, so that units
-// above 255 are never mapped.
+// The searches and orders of search.h by the width of a unit: those of bytes.h for bytes, and the
+// same for 16-bit units, whatever the platform's own wide character is. A 16-bit unit reaches the
+// runtime's byte routines for letters as it stands, so that units above 255 are never mapped.
 #pragma once
 
 #include "base/bytes.h"
