@@ -118,11 +118,6 @@ inline std::int32_t lowered_unit(std::uint16_t unit) noexcept
     return unit > 0xFF ? unit : std::tolower(unit);
 }
 
-inline std::int32_t raised_unit(std::uint16_t unit) noexcept
-{
-    return unit > 0xFF ? unit : std::toupper(unit);
-}
-
 template <typename Value>
 std::int32_t order_by_value(const std::uint16_t *a, std::int32_t a_size, const std::uint16_t *b,
                             std::int32_t b_size, Value value) noexcept

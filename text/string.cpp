@@ -2,10 +2,10 @@
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
 // The owned 8-bit text. Lengths and positions are stream/buffer.h, blanks and single units owned.h,
-// letters letters.h, comparing and searching search.h.
+// letters base/letters.h, comparing and searching search.h.
 
+#include "base/letters.h"
 #include "base/search.h"
-#include "text/letters.h"
 #include "text/owned.h"
 
 using namespace qek;
