@@ -343,21 +343,14 @@ bool insert(typename Policy::tree &tree, const typename Policy::key &key, qek_wo
 template <typename Policy>
 qek_word get(const typename Policy::tree &tree, const typename Policy::key &key) noexcept
 {
-    const auto *node = find<Policy>(tree, key);
-    return node == nullptr ? 0 : node->value;
+    return pool::value_of(find<Policy>(tree, key));
 }
 
 template <typename Policy>
 qek_word update(typename Policy::tree &tree, const typename Policy::key &key,
                 qek_word value) noexcept
 {
-    auto *node = find<Policy>(tree, key);
-    if (node == nullptr) {
-        return 0;
-    }
-    const qek_word old = node->value;
-    node->value = value;
-    return old;
+    return pool::replace_value(find<Policy>(tree, key), value);
 }
 
 template <typename Page>
@@ -494,7 +487,7 @@ template <typename Policy> void remove_all(typename Policy::tree &tree) noexcept
 template <typename Policy>
 void free_all(typename Policy::tree &tree, qek_value_fn free_value) noexcept
 {
-    release_all<Policy>(tree, {free_value, pool::borrowed(tree.value_pool, tree.owns_value_pool)});
+    release_all<Policy>(tree, pool::disposal_of(tree, free_value));
 }
 
 template <typename Policy> void term(typename Policy::tree &tree) noexcept

@@ -238,21 +238,14 @@ bool insert(typename Policy::table &table, const typename Policy::key &key, qek_
 template <typename Policy>
 qek_word get(const typename Policy::table &table, const typename Policy::key &key) noexcept
 {
-    const auto *entry = find<Policy>(table, key);
-    return entry == nullptr ? 0 : entry->value;
+    return pool::value_of(find<Policy>(table, key));
 }
 
 template <typename Policy>
 qek_word update(typename Policy::table &table, const typename Policy::key &key,
                 qek_word value) noexcept
 {
-    auto *entry = find<Policy>(table, key);
-    if (entry == nullptr) {
-        return 0;
-    }
-    const qek_word old = entry->value;
-    entry->value = value;
-    return old;
+    return pool::replace_value(find<Policy>(table, key), value);
 }
 
 template <typename Policy>
@@ -293,11 +286,6 @@ qek_word remove(typename Policy::table &table, const typename Policy::key &key) 
     return value;
 }
 
-template <typename Table> pool::disposal disposal_of(Table &table, qek_value_fn free_value) noexcept
-{
-    return {free_value, pool::borrowed(table.value_pool, table.owns_value_pool)};
-}
-
 // A value of 0 is disposed of too here, and is passed over by `free_all`: intended.
 template <typename Policy>
 void free(typename Policy::table &table, const typename Policy::key &key,
@@ -305,7 +293,7 @@ void free(typename Policy::table &table, const typename Policy::key &key,
 {
     auto *entry = unlink<Policy>(table, key);
     if (entry != nullptr) {
-        disposal_of(table, free_value).of(entry->value);
+        pool::disposal_of(table, free_value).of(entry->value);
         give_back(table, entry);
     }
 }
@@ -374,7 +362,7 @@ template <typename Entry, typename Table> void remove_all(Table &table) noexcept
 template <typename Entry, typename Table>
 void free_all(Table &table, qek_value_fn free_value) noexcept
 {
-    const pool::disposal dispose = disposal_of(table, free_value);
+    const pool::disposal dispose = pool::disposal_of(table, free_value);
     qek_pool *borrowed = pool::borrowed(table.entry_pool, table.owns_entry_pool);
     if (dispose.does_something() || borrowed != nullptr) {
         for_each<Entry>(table.buckets, [&](Entry &entry) {

@@ -67,7 +67,7 @@ qek_word read(const qek_list &list, const node *at, std::uint8_t *&key,
 {
     key = at == nullptr ? nullptr : list.keys.data + at->key_offset;
     length = at == nullptr ? 0 : at->key_length;
-    return list::value_of(at);
+    return pool::value_of(at);
 }
 
 qek_word read_and_step(const qek_list &list, node *&at, node *node::*link, std::uint8_t *&key,

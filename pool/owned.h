@@ -54,11 +54,38 @@ template <typename Flag> qek_pool *borrowed(qek_pool *pool, Flag owns) noexcept
     return owns != 0 ? nullptr : pool;
 }
 
+// An item from a pool of such items, cleared also when it was used before; null when the pool gives
+// none.
+template <typename Item> Item *cleared(qek_pool &pool) noexcept
+{
+    auto *item = static_cast<Item *>(take(pool));
+    if (item != nullptr) {
+        *item = {};
+    }
+    return item;
+}
+
 inline void give_to(qek_pool *borrowed_pool, void *item) noexcept
 {
     if (borrowed_pool != nullptr) {
         give(*borrowed_pool, item);
     }
+}
+
+// The value of an element, or 0 where there is none.
+template <typename Element> qek_word value_of(const Element *element) noexcept
+{
+    return element == nullptr ? 0 : element->value;
+}
+
+// As `value_of`, and `value` stands there afterwards.
+template <typename Element> qek_word replace_value(Element *element, qek_word value) noexcept
+{
+    const qek_word old = value_of(element);
+    if (element != nullptr) {
+        element->value = value;
+    }
+    return old;
 }
 
 // A value item, prepared by the caller's callback if there is one.
@@ -86,5 +113,11 @@ struct disposal {
         }
     }
 };
+
+template <typename Record>
+disposal disposal_of(const Record &record, qek_value_fn free_value) noexcept
+{
+    return {free_value, borrowed(record.value_pool, record.owns_value_pool)};
+}
 
 } // namespace qek::pool
