@@ -43,7 +43,6 @@ concept storage = requires(Record record)
     record.capacity;
     record.pool;
     record.owns_pool;
-    record.reversed;
 };
 
 inline qek_word &value_of(qek_word &slot) noexcept { return slot; }

@@ -15,7 +15,7 @@ namespace {
 
 const std::uint8_t outside = 0xFF;
 
-bool is_empty(const qek_stringx &view) noexcept { return view.data == nullptr || view.length == 0; }
+using buffer::is_empty;
 
 text::span<std::uint8_t> span_of(const qek_stringx &view) noexcept
 {
