@@ -205,7 +205,7 @@ template <storage Record> void swap_slots(Record &a, Record &b) noexcept
     b.capacity = kept.capacity;
 }
 
-// `copy_keys(target)` runs once, behind a growth that succeeded, for a family with keys elsewhere.
+// `copy_keys()` runs once, behind a growth that succeeded, for a family with keys elsewhere.
 template <storage Record, typename CopyKeys>
 void clone(const Record &source, qek_pool *source_aux, Record &target, qek_pool *target_aux,
            qek_clone_fn clone_value, CopyKeys copy_keys) noexcept

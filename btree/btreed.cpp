@@ -26,7 +26,7 @@ void qek_btreed_swap(qek_btreed *a, qek_btreed *b) { btree::swap(*a, *b, &qek_bt
 void qek_btreed_clone(const qek_btreed *source, qek_pool *source_aux_pool, qek_btreed *target,
                       qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    btree::clone_numbers<policy>(*source, *target, source_aux_pool, target_aux_pool, clone_value);
+    btree::clone<policy>(*source, source_aux_pool, *target, target_aux_pool, clone_value, [] {});
 }
 
 int32_t qek_btreed_node_set(qek_btreed *btree, uint32_t key, qek_btreed_node **node_out)

@@ -26,7 +26,7 @@ void qek_btreex_swap(qek_btreex *a, qek_btreex *b) { btree::swap(*a, *b, &qek_bt
 void qek_btreex_clone(const qek_btreex *source, qek_pool *source_aux_pool, qek_btreex *target,
                       qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    btree::clone_numbers<policy>(*source, *target, source_aux_pool, target_aux_pool, clone_value);
+    btree::clone<policy>(*source, source_aux_pool, *target, target_aux_pool, clone_value, [] {});
 }
 
 int32_t qek_btreex_node_set(qek_btreex *btree, uint64_t key, qek_btreex_node **node_out)

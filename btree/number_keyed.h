@@ -75,13 +75,4 @@ void init_numbers(typename Policy::tree &tree, std::int32_t own_page_pool,
     tree.key_type = Policy::first_key_type;
 }
 
-template <typename Policy>
-void clone_numbers(const typename Policy::tree &source, typename Policy::tree &target,
-                   qek_pool *source_aux, qek_pool *target_aux, qek_clone_fn clone_value) noexcept
-{
-    share_pools(source, target);
-    const pool::value_copier copier(source_aux, target_aux, clone_value);
-    clone<Policy>(source, target, copier);
-}
-
 } // namespace qek::btree

@@ -524,13 +524,6 @@ template <typename Tree, typename Flag> void swap(Tree &a, Tree &b, Flag Tree::*
     settle(b);
 }
 
-template <typename Tree> void share_pools(const Tree &source, Tree &target) noexcept
-{
-    pool::share_borrowed(source.page_pool, source.owns_page_pool, target.page_pool);
-    pool::share_borrowed(source.node_pool, source.owns_node_pool, target.node_pool);
-    pool::share_borrowed(source.value_pool, source.owns_value_pool, target.value_pool);
-}
-
 template <typename Policy> class cloning {
     using page = typename Policy::page;
     using node = typename Policy::node;
@@ -584,10 +577,16 @@ template <typename Policy> class cloning {
     pool::translation values_;
 };
 
-template <typename Policy>
-void clone(const typename Policy::tree &source, typename Policy::tree &target,
-           const pool::value_copier &copier) noexcept
+// `copy_keys()` runs once, for a family with keys elsewhere.
+template <typename Policy, typename CopyKeys>
+void clone(const typename Policy::tree &source, qek_pool *source_aux, typename Policy::tree &target,
+           qek_pool *target_aux, qek_clone_fn clone_value, CopyKeys copy_keys) noexcept
 {
+    pool::share_borrowed(source.page_pool, source.owns_page_pool, target.page_pool);
+    pool::share_borrowed(source.node_pool, source.owns_node_pool, target.node_pool);
+    pool::share_borrowed(source.value_pool, source.owns_value_pool, target.value_pool);
+    const pool::value_copier copier(source_aux, target_aux, clone_value);
+    copy_keys();
     target.root.parent = nullptr;
     cloning<Policy>(source, target, copier).copy_page(source.root, target.root);
     Policy::copy_key(target.root, source.root);

@@ -373,17 +373,17 @@ void free_all(Table &table, qek_value_fn free_value) noexcept
     release_entries(table);
 }
 
-template <typename Table> void share_pools(const Table &source, Table &target) noexcept
+// Items keep block and offset in the copied pool, so an entry's own fields arrive with the pool and
+// only its links and its value are written here. `copy_keys()` runs once, for a family with keys
+// elsewhere.
+template <typename Entry, typename Table, typename CopyKeys>
+void clone(const Table &source, qek_pool *source_aux, Table &target, qek_pool *target_aux,
+           qek_clone_fn clone_value, CopyKeys copy_keys) noexcept
 {
     pool::share_borrowed(source.entry_pool, source.owns_entry_pool, target.entry_pool);
     pool::share_borrowed(source.value_pool, source.owns_value_pool, target.value_pool);
-}
-
-// Items keep block and offset in the copied pool, so an entry's own fields arrive with the pool and
-// only its links and its value are written here.
-template <typename Entry, typename Table>
-void clone(const Table &source, Table &target, const pool::value_copier &copier) noexcept
-{
+    const pool::value_copier copier(source_aux, target_aux, clone_value);
+    copy_keys();
     array::expand(target.buckets, source.buckets.capacity);
     target.buckets.count = source.buckets.count;
     const pool::translation entries(source.owns_entry_pool != 0, source.entry_pool,

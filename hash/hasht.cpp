@@ -49,8 +49,8 @@ void qek_hasht_swap(qek_hasht *a, qek_hasht *b) { exchange(*a, *b); }
 void qek_hasht_clone(const qek_hasht *source, qek_pool *source_aux_pool, qek_hasht *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    hash::clone_words<qek_hasht_entry>(*source, *target, source_aux_pool, target_aux_pool,
-                                       clone_value);
+    hash::clone<qek_hasht_entry>(*source, source_aux_pool, *target, target_aux_pool, clone_value,
+                                 [] {});
 }
 
 int32_t qek_hasht_entry_set(qek_hasht *hash, const void *key, qek_hasht_entry **entry_out)
