@@ -103,6 +103,11 @@ typedef uintptr_t qek_word;
  * whose own modules use another allocator can release a block that the library handed out
  * (`qek_str_dup`) or prepare one for it. Do not mix another allocator with these blocks.
  *
+ * Cost: that of the C runtime's heap.
+ *
+ * Take another family when: many items of one size are wanted (use @ref pool), or the block should
+ * grow (use @ref stream).
+ *
  * @code{.c}
  * static void example_heap(void)
  * {
