@@ -26,10 +26,10 @@ struct number_policy {
     using node = Node;
     using key = decltype(Node::key);
     static constexpr std::int32_t page_slots = btree::usual_page_slots;
-    static constexpr std::int32_t first_key_type = Signed;
     using signed_number = std::make_signed_t<key>;
     using real_number = std::conditional_t<sizeof(key) == sizeof(float), float, double>;
 
+    static constexpr std::int32_t first_key_type() noexcept { return Signed; }
     template <typename Number> static std::int32_t order_as(key left, key right) noexcept
     {
         const auto a = std::bit_cast<Number>(left);
@@ -72,7 +72,7 @@ void init_numbers(typename Policy::tree &tree, std::int32_t own_page_pool,
                   std::int32_t own_node_pool, std::int32_t own_value_pool) noexcept
 {
     init<Policy>(tree, own_page_pool, own_node_pool, own_value_pool);
-    tree.key_type = Policy::first_key_type;
+    tree.key_type = Policy::first_key_type();
 }
 
 } // namespace qek::btree
