@@ -5,9 +5,9 @@
 //
 // A container keeps a pointer and a flag. The flag set: the container made the pool, and empties it
 // as a whole when it is emptied or ends itself, since all items die together then. A node that is
-// removed alone goes back to it all the same; a value never does. The flag clear and the pointer
-// set: the pool is borrowed, gets every item back one at a time, and is left in the field when the
-// container ends. The flags have different widths in different records.
+// removed alone goes back to it all the same, but for the trees of tree/; a value never does. The
+// flag clear and the pointer set: the pool is borrowed, gets every item back one at a time, and is
+// left in the field when the container ends. The flags have different widths in different records.
 //
 // A pool for nodes gets the node's size here; a pool for values gets its size from the caller.
 #pragma once
