@@ -10,6 +10,8 @@ Sets up what is missing, builds and installs the library below build/, builds th
 word_index against that installation, and indexes the words of the files: by default of all texts
 under /usr/share/common-licenses, or else of the project's own documents. Counts the words with the
 system's own tools as well, and says whether both agree. Looks up the words that start with a text.
+Then builds the example outline in the same way, and prints two levels of an outline of the project's
+own files by size.
 
   --prefix TEXT  what the words that are looked up start with; "licen" if not told
   --help         print this text

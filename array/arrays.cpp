@@ -7,6 +7,7 @@
 #include "array/search.h"
 #include "array/sort.h"
 #include "array/storage.h"
+#include "base/exchange.h"
 
 using namespace qek;
 
@@ -149,16 +150,6 @@ template <typename Order> void sort(qek_arrays &array, Order order, std::int32_t
     }
 }
 
-// Each record keeps its own `reversed`.
-void swap(qek_arrays &a, qek_arrays &b) noexcept
-{
-    const qek_arrays kept = a;
-    a = b;
-    b = kept;
-    b.reversed = a.reversed;
-    a.reversed = kept.reversed;
-}
-
 } // namespace
 
 void qek_arrays_init(qek_arrays *record, int32_t use_pool) { array::init(*record, use_pool); }
@@ -167,7 +158,10 @@ void qek_arrays_term(qek_arrays *record) { array::term(*record); }
 
 int32_t qek_arrays_expand(qek_arrays *record, int32_t want) { return array::expand(*record, want); }
 
-void qek_arrays_swap(qek_arrays *record, qek_arrays *other) { swap(*record, *other); }
+void qek_arrays_swap(qek_arrays *record, qek_arrays *other)
+{
+    exchange_all_but(*record, *other, &qek_arrays::reversed);
+}
 
 void qek_arrays_clone(const qek_arrays *source, qek_pool *source_aux_pool, qek_arrays *target,
                       qek_pool *target_aux_pool, qek_clone_fn clone_value)

@@ -12,6 +12,7 @@
 #include "array/search.h"
 #include "array/sort.h"
 #include "base/bytes.h"
+#include "base/exchange.h"
 #include "base/growth.h"
 #include "base/heap.h"
 #include "qek_std.h"
@@ -130,16 +131,6 @@ void clone(const qek_arrayt &source, qek_arrayt &target) noexcept
     }
 }
 
-// `reversed` stays with its record.
-void swap(qek_arrayt &a, qek_arrayt &b) noexcept
-{
-    const qek_arrayt kept = a;
-    a = b;
-    b = kept;
-    b.reversed = a.reversed;
-    a.reversed = kept.reversed;
-}
-
 // The order is that of the difference as it wraps, read as signed; the sort's is unsigned.
 // Intended.
 array::place locate(const qek_arrayt &array, std::uint32_t value) noexcept
@@ -149,26 +140,21 @@ array::place locate(const qek_arrayt &array, std::uint32_t value) noexcept
     });
 }
 
-void move_words(std::uint32_t *to, const std::uint32_t *from, std::int32_t count) noexcept
-{
-    move_bytes(to, from, wide(count) * static_cast<std::int64_t>(sizeof *to));
-}
-
 void shift_up(qek_arrayt &array, std::int32_t index) noexcept
 {
     std::uint32_t *in_record = array.inline_slots;
     const std::int32_t inside = smaller(array.count, inline_count);
     if (index >= inline_count) {
         std::uint32_t *place = array.overflow + (index - inline_count);
-        move_words(place + 1, place, array.count - index);
+        move_units(place + 1, place, array.count - index);
         return;
     }
     if (inside == inline_count) {
-        move_words(array.overflow + 1, array.overflow, array.count - inline_count);
+        move_units(array.overflow + 1, array.overflow, array.count - inline_count);
         array.overflow[0] = in_record[inline_count - 1];
-        move_words(in_record + index + 1, in_record + index, inline_count - 1 - index);
+        move_units(in_record + index + 1, in_record + index, inline_count - 1 - index);
     } else {
-        move_words(in_record + index + 1, in_record + index, inside - index);
+        move_units(in_record + index + 1, in_record + index, inside - index);
     }
 }
 
@@ -201,7 +187,7 @@ void shift_down(qek_arrayt &array, std::int32_t index) noexcept
         return;
     }
     if (index < inline_count) {
-        move_words(in_record + index, in_record + index + 1,
+        move_units(in_record + index, in_record + index + 1,
                    smaller(array.count, inline_count) - 1 - index);
     }
     if (overflows) {
@@ -209,7 +195,7 @@ void shift_down(qek_arrayt &array, std::int32_t index) noexcept
         if (index < inline_count) {
             in_record[inline_count - 1] = array.overflow[0];
         }
-        move_words(array.overflow + gap, array.overflow + gap + 1,
+        move_units(array.overflow + gap, array.overflow + gap + 1,
                    array.count - inline_count - 1 - gap);
     }
 }
@@ -294,7 +280,10 @@ void qek_arrayt_term(qek_arrayt *array) { term(*array); }
 
 int32_t qek_arrayt_expand(qek_arrayt *array, int32_t want) { return expand(*array, want); }
 
-void qek_arrayt_swap(qek_arrayt *first, qek_arrayt *second) { swap(*first, *second); }
+void qek_arrayt_swap(qek_arrayt *first, qek_arrayt *second)
+{
+    exchange_all_but(*first, *second, &qek_arrayt::reversed);
+}
 
 void qek_arrayt_clone(const qek_arrayt *source, qek_arrayt *target) { clone(*source, *target); }
 

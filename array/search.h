@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
-// Binary search, the one procedure behind every ordered look-up of the library.
+// Binary search, the one procedure behind every ordered look-up by key.
 //
 // `order(index)` tells how the element at `index` stands to the key: above 0 if behind it. Which
 // elements are probed, and in what order, is interface, since callbacks see it: low and high close

@@ -20,6 +20,7 @@
 #pragma once
 
 #include "base/arith.h"
+#include "base/bytes.h"
 #include "base/growth.h"
 #include "base/heap.h"
 #include "pool/owned.h"
@@ -42,7 +43,6 @@ concept storage = requires(Record record)
     record.capacity;
     record.pool;
     record.owns_pool;
-    record.reversed;
 };
 
 inline qek_word &value_of(qek_word &slot) noexcept { return slot; }
@@ -104,13 +104,6 @@ template <storage Record> bool expand(Record &record, std::int64_t wanted) noexc
     return record.capacity >= wanted || grow(record, wanted);
 }
 
-template <typename Slot> void move_slots(Slot *to, const Slot *from, std::int64_t count) noexcept
-{
-    if (count > 0) {
-        std::memmove(to, from, static_cast<std::size_t>(count) * sizeof(Slot));
-    }
-}
-
 template <storage Record> bool append(Record &record, const slot_of<Record> &slot) noexcept
 {
     if (!expand(record, wide(record.count) + 1)) {
@@ -124,7 +117,7 @@ template <storage Record> bool append(Record &record, const slot_of<Record> &slo
 // Makes room at `index`, which is in use, with the old slot still standing there.
 template <storage Record> void shift_up(Record &record, std::int32_t index) noexcept
 {
-    move_slots(record.slots + index + 1, record.slots + index, record.count - index);
+    move_units(record.slots + index + 1, record.slots + index, record.count - index);
     set_count(record, wide(record.count) + 1);
 }
 
@@ -145,7 +138,7 @@ template <storage Record> void shift_down(Record &record, std::int32_t index) no
 {
     const std::int32_t behind = slots_in_use(record) - index - 1;
     if (behind > 0) {
-        move_slots(record.slots + index, record.slots + index + 1, behind);
+        move_units(record.slots + index, record.slots + index + 1, behind);
     }
     set_count(record, wide(record.count) - 1);
 }
@@ -155,7 +148,7 @@ template <storage Record> void append_all(Record &record, const Record &source) 
     const std::int32_t added = slots_in_use(source);
     const std::int64_t count = wide(record.count) + added;
     if (expand(record, count)) {
-        move_slots(record.slots + record.count, source.slots, added);
+        move_units(record.slots + record.count, source.slots, added);
         set_count(record, count);
     }
 }
@@ -212,7 +205,7 @@ template <storage Record> void swap_slots(Record &a, Record &b) noexcept
     b.capacity = kept.capacity;
 }
 
-// `copy_keys(target)` runs once, behind a growth that succeeded, for a family with keys elsewhere.
+// `copy_keys()` runs once, behind a growth that succeeded, for a family with keys elsewhere.
 template <storage Record, typename CopyKeys>
 void clone(const Record &source, qek_pool *source_aux, Record &target, qek_pool *target_aux,
            qek_clone_fn clone_value, CopyKeys copy_keys) noexcept

@@ -47,6 +47,12 @@ inline void move_bytes(void *to, const void *from, std::int64_t count) noexcept
     }
 }
 
+// The same for units of any size.
+template <typename Unit> void move_units(Unit *to, const Unit *from, std::int64_t count) noexcept
+{
+    move_bytes(to, from, count * static_cast<std::int64_t>(sizeof(Unit)));
+}
+
 inline std::int32_t distance(const void *from, const void *to) noexcept
 {
     return static_cast<std::int32_t>(as_bytes(to) - as_bytes(from));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
-// The growth rule of every contiguous buffer.
+// The growth rule of every contiguous buffer but the bit set's, which grows by 1024 bytes.
 //
 // A buffer grows by half of what is in use, at least `least` and at most `most` units, added to the
 // capacity; a request above that is taken as it is; the sum is then rounded to the family's form of

@@ -8,7 +8,7 @@
 // units. The unit 0 cannot be searched for by itself.
 #pragma once
 
-#include "base/wide.h"
+#include "base/units.h"
 
 #include <cstdint>
 #include <type_traits>

@@ -72,23 +72,6 @@ void term(qek_btree &tree) noexcept
     buffer::release(tree.keys);
 }
 
-void swap(qek_btree &a, qek_btree &b) noexcept
-{
-    const std::int16_t kept = a.ignore_case;
-    btree::swap(a, b);
-    b.ignore_case = a.ignore_case;
-    a.ignore_case = kept;
-}
-
-void clone(const qek_btree &source, qek_btree &target, qek_pool *source_aux, qek_pool *target_aux,
-           qek_clone_fn clone_value) noexcept
-{
-    btree::share_pools(source, target);
-    const pool::value_copier copier(source_aux, target_aux, clone_value);
-    buffer::clone<buffer::stream_form>(source.keys, target.keys);
-    btree::clone<text_policy>(source, target, copier);
-}
-
 } // namespace
 
 void qek_btree_init(qek_btree *btree, int32_t own_page_pool, int32_t own_node_pool,
@@ -99,12 +82,14 @@ void qek_btree_init(qek_btree *btree, int32_t own_page_pool, int32_t own_node_po
 
 void qek_btree_term(qek_btree *btree) { term(*btree); }
 
-void qek_btree_swap(qek_btree *a, qek_btree *b) { swap(*a, *b); }
+void qek_btree_swap(qek_btree *a, qek_btree *b) { btree::swap(*a, *b, &qek_btree::ignore_case); }
 
 void qek_btree_clone(const qek_btree *source, qek_pool *source_aux_pool, qek_btree *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    clone(*source, *target, source_aux_pool, target_aux_pool, clone_value);
+    btree::clone<text_policy>(*source, source_aux_pool, *target, target_aux_pool, clone_value, [=] {
+        buffer::clone<buffer::stream_form>(source->keys, target->keys);
+    });
 }
 
 int32_t qek_btree_node_set(qek_btree *btree, const void *key, int32_t length,

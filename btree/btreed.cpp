@@ -9,26 +9,7 @@ using namespace qek;
 
 namespace {
 
-struct policy : btree::number_policy<qek_btreed, qek_btreed_page, qek_btreed_node> {
-    static constexpr std::int32_t signed_keys = 1;
-    static constexpr std::int32_t unsigned_keys = 2;
-    static constexpr std::int32_t real_keys = 5;
-
-    template <typename Element>
-    static std::int32_t order(const tree &of, const Element &at, key sought) noexcept
-    {
-        switch (of.key_type) {
-        case signed_keys:
-            return order_as<signed_number>(at.key, sought);
-        case unsigned_keys:
-            return order_as<key>(at.key, sought);
-        case real_keys:
-            return order_as<real_number>(at.key, sought);
-        default:
-            return 0;
-        }
-    }
-};
+using policy = btree::number_policy<qek_btreed, qek_btreed_page, qek_btreed_node, 1, 2, 5>;
 
 } // namespace
 
@@ -40,12 +21,12 @@ void qek_btreed_init(qek_btreed *btree, int32_t own_page_pool, int32_t own_node_
 
 void qek_btreed_term(qek_btreed *btree) { btree::term<policy>(*btree); }
 
-void qek_btreed_swap(qek_btreed *a, qek_btreed *b) { btree::swap_numbers(*a, *b); }
+void qek_btreed_swap(qek_btreed *a, qek_btreed *b) { btree::swap(*a, *b, &qek_btreed::key_type); }
 
 void qek_btreed_clone(const qek_btreed *source, qek_pool *source_aux_pool, qek_btreed *target,
                       qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    btree::clone_numbers<policy>(*source, *target, source_aux_pool, target_aux_pool, clone_value);
+    btree::clone<policy>(*source, source_aux_pool, *target, target_aux_pool, clone_value, [] {});
 }
 
 int32_t qek_btreed_node_set(qek_btreed *btree, uint32_t key, qek_btreed_node **node_out)

@@ -9,26 +9,7 @@ using namespace qek;
 
 namespace {
 
-struct policy : btree::number_policy<qek_btreex, qek_btreex_page, qek_btreex_node> {
-    static constexpr std::int32_t signed_keys = 3;
-    static constexpr std::int32_t unsigned_keys = 4;
-    static constexpr std::int32_t real_keys = 6;
-
-    template <typename Element>
-    static std::int32_t order(const tree &of, const Element &at, key sought) noexcept
-    {
-        switch (of.key_type) {
-        case signed_keys:
-            return order_as<signed_number>(at.key, sought);
-        case unsigned_keys:
-            return order_as<key>(at.key, sought);
-        case real_keys:
-            return order_as<real_number>(at.key, sought);
-        default:
-            return 0;
-        }
-    }
-};
+using policy = btree::number_policy<qek_btreex, qek_btreex_page, qek_btreex_node, 3, 4, 6>;
 
 } // namespace
 
@@ -40,12 +21,12 @@ void qek_btreex_init(qek_btreex *btree, int32_t own_page_pool, int32_t own_node_
 
 void qek_btreex_term(qek_btreex *btree) { btree::term<policy>(*btree); }
 
-void qek_btreex_swap(qek_btreex *a, qek_btreex *b) { btree::swap_numbers(*a, *b); }
+void qek_btreex_swap(qek_btreex *a, qek_btreex *b) { btree::swap(*a, *b, &qek_btreex::key_type); }
 
 void qek_btreex_clone(const qek_btreex *source, qek_pool *source_aux_pool, qek_btreex *target,
                       qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    btree::clone_numbers<policy>(*source, *target, source_aux_pool, target_aux_pool, clone_value);
+    btree::clone<policy>(*source, source_aux_pool, *target, target_aux_pool, clone_value, [] {});
 }
 
 int32_t qek_btreex_node_set(qek_btreex *btree, uint64_t key, qek_btreex_node **node_out)

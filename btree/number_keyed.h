@@ -17,7 +17,10 @@
 
 namespace qek::btree {
 
-template <typename Tree, typename Page, typename Node> struct number_policy {
+// The last three are the codes of `key_type`.
+template <typename Tree, typename Page, typename Node, std::int32_t Signed, std::int32_t Unsigned,
+          std::int32_t Real>
+struct number_policy {
     using tree = Tree;
     using page = Page;
     using node = Node;
@@ -26,11 +29,26 @@ template <typename Tree, typename Page, typename Node> struct number_policy {
     using signed_number = std::make_signed_t<key>;
     using real_number = std::conditional_t<sizeof(key) == sizeof(float), float, double>;
 
+    static constexpr std::int32_t first_key_type() noexcept { return Signed; }
     template <typename Number> static std::int32_t order_as(key left, key right) noexcept
     {
         const auto a = std::bit_cast<Number>(left);
         const auto b = std::bit_cast<Number>(right);
         return a > b ? 1 : a == b ? 0 : -1;
+    }
+    template <typename Element>
+    static std::int32_t order(const Tree &of, const Element &at, key sought) noexcept
+    {
+        switch (of.key_type) {
+        case Signed:
+            return order_as<signed_number>(at.key, sought);
+        case Unsigned:
+            return order_as<key>(at.key, sought);
+        case Real:
+            return order_as<real_number>(at.key, sought);
+        default:
+            return 0;
+        }
     }
     template <typename Element> static key key_of(const Tree &, const Element &at) noexcept
     {
@@ -54,24 +72,7 @@ void init_numbers(typename Policy::tree &tree, std::int32_t own_page_pool,
                   std::int32_t own_node_pool, std::int32_t own_value_pool) noexcept
 {
     init<Policy>(tree, own_page_pool, own_node_pool, own_value_pool);
-    tree.key_type = Policy::signed_keys;
-}
-
-template <typename Tree> void swap_numbers(Tree &a, Tree &b) noexcept
-{
-    const std::int32_t kept = a.key_type;
-    swap(a, b);
-    b.key_type = a.key_type;
-    a.key_type = kept;
-}
-
-template <typename Policy>
-void clone_numbers(const typename Policy::tree &source, typename Policy::tree &target,
-                   qek_pool *source_aux, qek_pool *target_aux, qek_clone_fn clone_value) noexcept
-{
-    share_pools(source, target);
-    const pool::value_copier copier(source_aux, target_aux, clone_value);
-    clone<Policy>(source, target, copier);
+    tree.key_type = Policy::first_key_type();
 }
 
 } // namespace qek::btree

@@ -39,6 +39,7 @@
 
 #include "array/search.h"
 #include "array/storage.h"
+#include "base/exchange.h"
 #include "pool/owned.h"
 #include "pool/translation.h"
 
@@ -244,13 +245,6 @@ void put_beside(const typename Policy::tree &tree, qek_arrays &siblings,
     }
 }
 
-inline void exchange(qek_arrays &a, qek_arrays &b) noexcept
-{
-    const qek_arrays kept = a;
-    a = b;
-    b = kept;
-}
-
 // The root stays where it is: its lower half moves down into a new page instead.
 template <typename Policy>
 void grow_root(typename Policy::tree &tree, typename Policy::page *upper) noexcept
@@ -349,21 +343,14 @@ bool insert(typename Policy::tree &tree, const typename Policy::key &key, qek_wo
 template <typename Policy>
 qek_word get(const typename Policy::tree &tree, const typename Policy::key &key) noexcept
 {
-    const auto *node = find<Policy>(tree, key);
-    return node == nullptr ? 0 : node->value;
+    return pool::value_of(find<Policy>(tree, key));
 }
 
 template <typename Policy>
 qek_word update(typename Policy::tree &tree, const typename Policy::key &key,
                 qek_word value) noexcept
 {
-    auto *node = find<Policy>(tree, key);
-    if (node == nullptr) {
-        return 0;
-    }
-    const qek_word old = node->value;
-    node->value = value;
-    return old;
+    return pool::replace_value(find<Policy>(tree, key), value);
 }
 
 template <typename Page>
@@ -500,7 +487,7 @@ template <typename Policy> void remove_all(typename Policy::tree &tree) noexcept
 template <typename Policy>
 void free_all(typename Policy::tree &tree, qek_value_fn free_value) noexcept
 {
-    release_all<Policy>(tree, {free_value, pool::borrowed(tree.value_pool, tree.owns_value_pool)});
+    release_all<Policy>(tree, pool::disposal_of(tree, free_value));
 }
 
 template <typename Policy> void term(typename Policy::tree &tree) noexcept
@@ -530,21 +517,11 @@ template <typename Tree> void settle(Tree &tree) noexcept
     reset_pools(tree, tree.root);
 }
 
-// Everything but the flag that stays with a record, which a family deals with.
-template <typename Tree> void swap(Tree &a, Tree &b) noexcept
+template <typename Tree, typename Flag> void swap(Tree &a, Tree &b, Flag Tree::*stays) noexcept
 {
-    const Tree kept = a;
-    a = b;
-    b = kept;
+    exchange_all_but(a, b, stays);
     settle(a);
     settle(b);
-}
-
-template <typename Tree> void share_pools(const Tree &source, Tree &target) noexcept
-{
-    pool::share_borrowed(source.page_pool, source.owns_page_pool, target.page_pool);
-    pool::share_borrowed(source.node_pool, source.owns_node_pool, target.node_pool);
-    pool::share_borrowed(source.value_pool, source.owns_value_pool, target.value_pool);
 }
 
 template <typename Policy> class cloning {
@@ -600,10 +577,16 @@ template <typename Policy> class cloning {
     pool::translation values_;
 };
 
-template <typename Policy>
-void clone(const typename Policy::tree &source, typename Policy::tree &target,
-           const pool::value_copier &copier) noexcept
+// `copy_keys()` runs once, for a family with keys elsewhere.
+template <typename Policy, typename CopyKeys>
+void clone(const typename Policy::tree &source, qek_pool *source_aux, typename Policy::tree &target,
+           qek_pool *target_aux, qek_clone_fn clone_value, CopyKeys copy_keys) noexcept
 {
+    pool::share_borrowed(source.page_pool, source.owns_page_pool, target.page_pool);
+    pool::share_borrowed(source.node_pool, source.owns_node_pool, target.node_pool);
+    pool::share_borrowed(source.value_pool, source.owns_value_pool, target.value_pool);
+    const pool::value_copier copier(source_aux, target_aux, clone_value);
+    copy_keys();
     target.root.parent = nullptr;
     cloning<Policy>(source, target, copier).copy_page(source.root, target.root);
     Policy::copy_key(target.root, source.root);

@@ -30,6 +30,7 @@
 #pragma once
 
 #include "array/storage.h"
+#include "base/exchange.h"
 #include "pool/owned.h"
 #include "pool/translation.h"
 
@@ -237,21 +238,14 @@ bool insert(typename Policy::table &table, const typename Policy::key &key, qek_
 template <typename Policy>
 qek_word get(const typename Policy::table &table, const typename Policy::key &key) noexcept
 {
-    const auto *entry = find<Policy>(table, key);
-    return entry == nullptr ? 0 : entry->value;
+    return pool::value_of(find<Policy>(table, key));
 }
 
 template <typename Policy>
 qek_word update(typename Policy::table &table, const typename Policy::key &key,
                 qek_word value) noexcept
 {
-    auto *entry = find<Policy>(table, key);
-    if (entry == nullptr) {
-        return 0;
-    }
-    const qek_word old = entry->value;
-    entry->value = value;
-    return old;
+    return pool::replace_value(find<Policy>(table, key), value);
 }
 
 template <typename Policy>
@@ -292,11 +286,6 @@ qek_word remove(typename Policy::table &table, const typename Policy::key &key) 
     return value;
 }
 
-template <typename Table> pool::disposal disposal_of(Table &table, qek_value_fn free_value) noexcept
-{
-    return {free_value, pool::borrowed(table.value_pool, table.owns_value_pool)};
-}
-
 // A value of 0 is disposed of too here, and is passed over by `free_all`: intended.
 template <typename Policy>
 void free(typename Policy::table &table, const typename Policy::key &key,
@@ -304,7 +293,7 @@ void free(typename Policy::table &table, const typename Policy::key &key,
 {
     auto *entry = unlink<Policy>(table, key);
     if (entry != nullptr) {
-        disposal_of(table, free_value).of(entry->value);
+        pool::disposal_of(table, free_value).of(entry->value);
         give_back(table, entry);
     }
 }
@@ -373,7 +362,7 @@ template <typename Entry, typename Table> void remove_all(Table &table) noexcept
 template <typename Entry, typename Table>
 void free_all(Table &table, qek_value_fn free_value) noexcept
 {
-    const pool::disposal dispose = disposal_of(table, free_value);
+    const pool::disposal dispose = pool::disposal_of(table, free_value);
     qek_pool *borrowed = pool::borrowed(table.entry_pool, table.owns_entry_pool);
     if (dispose.does_something() || borrowed != nullptr) {
         for_each<Entry>(table.buckets, [&](Entry &entry) {
@@ -384,25 +373,17 @@ void free_all(Table &table, qek_value_fn free_value) noexcept
     release_entries(table);
 }
 
-// Everything but the flags that stay with a record, which a family deals with.
-template <typename Table> void swap(Table &a, Table &b) noexcept
-{
-    const Table kept = a;
-    a = b;
-    b = kept;
-}
-
-template <typename Table> void share_pools(const Table &source, Table &target) noexcept
+// Items keep block and offset in the copied pool, so an entry's own fields arrive with the pool and
+// only its links and its value are written here. `copy_keys()` runs once, for a family with keys
+// elsewhere.
+template <typename Entry, typename Table, typename CopyKeys>
+void clone(const Table &source, qek_pool *source_aux, Table &target, qek_pool *target_aux,
+           qek_clone_fn clone_value, CopyKeys copy_keys) noexcept
 {
     pool::share_borrowed(source.entry_pool, source.owns_entry_pool, target.entry_pool);
     pool::share_borrowed(source.value_pool, source.owns_value_pool, target.value_pool);
-}
-
-// Items keep block and offset in the copied pool, so an entry's own fields arrive with the pool and
-// only its links and its value are written here.
-template <typename Entry, typename Table>
-void clone(const Table &source, Table &target, const pool::value_copier &copier) noexcept
-{
+    const pool::value_copier copier(source_aux, target_aux, clone_value);
+    copy_keys();
     array::expand(target.buckets, source.buckets.capacity);
     target.buckets.count = source.buckets.count;
     const pool::translation entries(source.owns_entry_pool != 0, source.entry_pool,

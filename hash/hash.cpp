@@ -71,23 +71,6 @@ void term(qek_hash &table) noexcept
     hash::term(table);
 }
 
-void swap(qek_hash &a, qek_hash &b) noexcept
-{
-    const std::int16_t kept = a.ignore_case;
-    hash::swap(a, b);
-    b.ignore_case = a.ignore_case;
-    a.ignore_case = kept;
-}
-
-void clone(const qek_hash &source, qek_hash &target, qek_pool *source_aux, qek_pool *target_aux,
-           qek_clone_fn clone_value) noexcept
-{
-    hash::share_pools(source, target);
-    const pool::value_copier copier(source_aux, target_aux, clone_value);
-    buffer::clone<buffer::stream_form>(source.keys, target.keys);
-    hash::clone<qek_hash_entry>(source, target, copier);
-}
-
 } // namespace
 
 uint32_t qek_hash_key(const void *key, int32_t length, int32_t ignore_case)
@@ -102,12 +85,14 @@ void qek_hash_init(qek_hash *hash, int32_t own_entry_pool, int32_t own_value_poo
 
 void qek_hash_term(qek_hash *hash) { term(*hash); }
 
-void qek_hash_swap(qek_hash *a, qek_hash *b) { swap(*a, *b); }
+void qek_hash_swap(qek_hash *a, qek_hash *b) { exchange_all_but(*a, *b, &qek_hash::ignore_case); }
 
 void qek_hash_clone(const qek_hash *source, qek_pool *source_aux_pool, qek_hash *target,
                     qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    clone(*source, *target, source_aux_pool, target_aux_pool, clone_value);
+    hash::clone<qek_hash_entry>(
+        *source, source_aux_pool, *target, target_aux_pool, clone_value,
+        [=] { buffer::clone<buffer::stream_form>(source->keys, target->keys); });
 }
 
 int32_t qek_hash_entry_set(qek_hash *hash, const void *key, int32_t length,

@@ -22,13 +22,13 @@ void qek_hashd_init(qek_hashd *hash, int32_t own_entry_pool, int32_t own_value_p
 
 void qek_hashd_term(qek_hashd *hash) { hash::term(*hash); }
 
-void qek_hashd_swap(qek_hashd *a, qek_hashd *b) { hash::swap(*a, *b); }
+void qek_hashd_swap(qek_hashd *a, qek_hashd *b) { exchange(*a, *b); }
 
 void qek_hashd_clone(const qek_hashd *source, qek_pool *source_aux_pool, qek_hashd *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    hash::clone_words<qek_hashd_entry>(*source, *target, source_aux_pool, target_aux_pool,
-                                       clone_value);
+    hash::clone<qek_hashd_entry>(*source, source_aux_pool, *target, target_aux_pool, clone_value,
+                                 [] {});
 }
 
 int32_t qek_hashd_entry_set(qek_hashd *hash, uint32_t key, qek_hashd_entry **entry_out)

@@ -44,13 +44,13 @@ void qek_hasht_init(qek_hasht *hash, int32_t own_entry_pool, int32_t own_value_p
 
 void qek_hasht_term(qek_hasht *hash) { hash::term(*hash); }
 
-void qek_hasht_swap(qek_hasht *a, qek_hasht *b) { hash::swap(*a, *b); }
+void qek_hasht_swap(qek_hasht *a, qek_hasht *b) { exchange(*a, *b); }
 
 void qek_hasht_clone(const qek_hasht *source, qek_pool *source_aux_pool, qek_hasht *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    hash::clone_words<qek_hasht_entry>(*source, *target, source_aux_pool, target_aux_pool,
-                                       clone_value);
+    hash::clone<qek_hasht_entry>(*source, source_aux_pool, *target, target_aux_pool, clone_value,
+                                 [] {});
 }
 
 int32_t qek_hasht_entry_set(qek_hasht *hash, const void *key, qek_hasht_entry **entry_out)

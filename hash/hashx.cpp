@@ -22,13 +22,13 @@ void qek_hashx_init(qek_hashx *hash, int32_t own_entry_pool, int32_t own_value_p
 
 void qek_hashx_term(qek_hashx *hash) { hash::term(*hash); }
 
-void qek_hashx_swap(qek_hashx *a, qek_hashx *b) { hash::swap(*a, *b); }
+void qek_hashx_swap(qek_hashx *a, qek_hashx *b) { exchange(*a, *b); }
 
 void qek_hashx_clone(const qek_hashx *source, qek_pool *source_aux_pool, qek_hashx *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)
 {
-    hash::clone_words<qek_hashx_entry>(*source, *target, source_aux_pool, target_aux_pool,
-                                       clone_value);
+    hash::clone<qek_hashx_entry>(*source, source_aux_pool, *target, target_aux_pool, clone_value,
+                                 [] {});
 }
 
 int32_t qek_hashx_entry_set(qek_hashx *hash, uint64_t key, qek_hashx_entry **entry_out)

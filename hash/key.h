@@ -5,10 +5,10 @@
 // with.
 #pragma once
 
+#include "base/letters.h"
 #include "stream/crc.h"
 #include "stream/keys.h"
 
-#include <cctype>
 #include <cstdint>
 
 namespace qek::hash {
@@ -18,13 +18,11 @@ inline std::uint32_t of_bytes(const std::uint8_t *bytes, std::int32_t size) noex
     return crc_after(0, bytes, size);
 }
 
-// Letters go through the runtime's mapping with their sign; its low 8 bits are hashed.
 inline std::uint32_t of_lowered_bytes(const std::uint8_t *bytes, std::int32_t size) noexcept
 {
     std::uint32_t crc = 0;
     for (std::int32_t at = 0; at < size; ++at) {
-        const auto lowered =
-            static_cast<std::uint8_t>(std::tolower(static_cast<std::int8_t>(bytes[at])));
+        const std::uint8_t lowered = text::lowered(bytes[at]);
         crc = crc_after(crc, &lowered, 1);
     }
     return crc;

@@ -45,13 +45,4 @@ template <int Width> std::uint32_t of_number(std::uint64_t number) noexcept
     return of_bytes(bytes, Width);
 }
 
-template <typename Entry, typename Table>
-void clone_words(const Table &source, Table &target, qek_pool *source_aux, qek_pool *target_aux,
-                 qek_clone_fn clone_value) noexcept
-{
-    share_pools(source, target);
-    const pool::value_copier copier(source_aux, target_aux, clone_value);
-    clone<Entry>(source, target, copier);
-}
-
 } // namespace qek::hash

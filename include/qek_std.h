@@ -81,7 +81,7 @@
 #define QEK_API
 #endif
 
-/** Version of this header, checked against the library's build. */
+/** Version of this header and of the library; the build checks that numbers and text agree. */
 #define QEK_STD_VERSION_MAJOR 0
 #define QEK_STD_VERSION_MINOR 1
 #define QEK_STD_VERSION_PATCH 0
@@ -102,6 +102,11 @@ typedef uintptr_t qek_word;
  * `qek_malloc` and `qek_free` are the C runtime's `malloc` and `free`; they exist so that a program
  * whose own modules use another allocator can release a block that the library handed out
  * (`qek_str_dup`) or prepare one for it. Do not mix another allocator with these blocks.
+ *
+ * Cost: that of the C runtime's heap.
+ *
+ * Take another family when: many items of one size are wanted (use @ref pool), or the block should
+ * grow (use @ref stream).
  *
  * @code{.c}
  * static void example_heap(void)

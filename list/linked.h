@@ -13,6 +13,7 @@
 // `make()` brings a filled node, or null when the pool gave none, and then nothing is linked.
 #pragma once
 
+#include "base/exchange.h"
 #include "pool/owned.h"
 #include "pool/translation.h"
 #include "qek_std.h"
@@ -32,14 +33,9 @@ void init(List &list, std::int32_t own_node_pool, std::int32_t own_value_pool) n
     pool::own(list.value_pool, list.owns_value_pool, own_value_pool, pool::size_from_caller);
 }
 
-// A cleared node, also when it was used before; null when the pool gives none.
 template <typename List> node_of<List> *new_node(List &list) noexcept
 {
-    auto *node = static_cast<node_of<List> *>(pool::take(*list.node_pool));
-    if (node != nullptr) {
-        *node = {};
-    }
-    return node;
+    return pool::cleared<node_of<List>>(*list.node_pool);
 }
 
 template <typename List>
@@ -115,11 +111,6 @@ node_of<List> *insert_after(List &list, node_of<List> *position, Make make) noex
 template <typename Node> void *item_of(const Node *added) noexcept
 {
     return added == nullptr ? nullptr : pool::item_of(added->value);
-}
-
-template <typename Node> qek_word value_of(const Node *at) noexcept
-{
-    return at == nullptr ? 0 : at->value;
 }
 
 template <typename Node> void step(Node *&position, Node *Node::*link) noexcept
@@ -201,7 +192,7 @@ template <typename List> void remove_all_with_values(List &list) noexcept
 template <typename List, typename DisposeOf>
 void free_all(List &list, qek_value_fn free_value, DisposeOf dispose_of) noexcept
 {
-    const pool::disposal dispose{free_value, pool::borrowed(list.value_pool, list.owns_value_pool)};
+    const pool::disposal dispose = pool::disposal_of(list, free_value);
     qek_pool *borrowed = pool::borrowed(list.node_pool, list.owns_node_pool);
     if (dispose.does_something() || borrowed != nullptr) {
         for_each(list, [&](node_of<List> &node) {
@@ -211,13 +202,6 @@ void free_all(List &list, qek_value_fn free_value, DisposeOf dispose_of) noexcep
     }
     forget_nodes(list);
     remove_all_with_values(list);
-}
-
-template <typename List> void swap(List &a, List &b) noexcept
-{
-    const List kept = a;
-    a = b;
-    b = kept;
 }
 
 template <typename List> void share_pools(const List &source, List &target) noexcept

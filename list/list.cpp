@@ -67,7 +67,7 @@ qek_word read(const qek_list &list, const node *at, std::uint8_t *&key,
 {
     key = at == nullptr ? nullptr : list.keys.data + at->key_offset;
     length = at == nullptr ? 0 : at->key_length;
-    return list::value_of(at);
+    return pool::value_of(at);
 }
 
 qek_word read_and_step(const qek_list &list, node *&at, node *node::*link, std::uint8_t *&key,
@@ -159,7 +159,7 @@ void qek_list_init(qek_list *list, int32_t own_node_pool, int32_t own_value_pool
 
 void qek_list_term(qek_list *list) { term(*list); }
 
-void qek_list_swap(qek_list *a, qek_list *b) { list::swap(*a, *b); }
+void qek_list_swap(qek_list *a, qek_list *b) { exchange(*a, *b); }
 
 void qek_list_clone(const qek_list *source, qek_pool *source_aux_pool, qek_list *target,
                     qek_pool *target_aux_pool, qek_clone_fn clone_value)

@@ -49,7 +49,7 @@ void add_tail_list(qek_lists &list, const qek_lists &other) noexcept
 
 qek_word read_and_step(node *&at, node *node::*link) noexcept
 {
-    const qek_word value = list::value_of(at);
+    const qek_word value = pool::value_of(at);
     list::step(at, link);
     return value;
 }
@@ -97,7 +97,7 @@ void qek_lists_init(qek_lists *list, int32_t own_node_pool, int32_t own_value_po
 
 void qek_lists_term(qek_lists *list) { list::term(*list); }
 
-void qek_lists_swap(qek_lists *a, qek_lists *b) { list::swap(*a, *b); }
+void qek_lists_swap(qek_lists *a, qek_lists *b) { exchange(*a, *b); }
 
 void qek_lists_clone(const qek_lists *source, qek_pool *source_aux_pool, qek_lists *target,
                      qek_pool *target_aux_pool, qek_clone_fn clone_value)
@@ -149,9 +149,9 @@ qek_lists_node *qek_lists_get_head_position(const qek_lists *list) { return list
 
 qek_lists_node *qek_lists_get_tail_position(const qek_lists *list) { return list->tail; }
 
-qek_word qek_lists_get_head(const qek_lists *list) { return list::value_of(list->head); }
+qek_word qek_lists_get_head(const qek_lists *list) { return pool::value_of(list->head); }
 
-qek_word qek_lists_get_tail(const qek_lists *list) { return list::value_of(list->tail); }
+qek_word qek_lists_get_tail(const qek_lists *list) { return pool::value_of(list->tail); }
 
 qek_word qek_lists_get_prev(const qek_lists *, qek_lists_node **position_inout)
 {
@@ -165,7 +165,7 @@ qek_word qek_lists_get_next(const qek_lists *, qek_lists_node **position_inout)
 
 qek_word qek_lists_get_at(const qek_lists *, const qek_lists_node *position)
 {
-    return list::value_of(position);
+    return pool::value_of(position);
 }
 
 qek_lists_node *qek_lists_find_at(const qek_lists *list, qek_word value)

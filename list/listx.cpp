@@ -22,27 +22,10 @@ constexpr std::int32_t block_words = 32;
 
 bool has_room(const block *at) noexcept { return at != nullptr && at->used < block_words; }
 
-void move_words(block &in, std::int32_t to, std::int32_t from, std::int32_t count) noexcept
-{
-    move_bytes(in.items + to, in.items + from,
-               static_cast<std::int64_t>(count) * static_cast<std::int64_t>(sizeof(qek_word)));
-}
-
 // The block that a word goes into: the one at that end, or a new one, still empty and not linked.
-block *head_with_room(qek_listx &list) noexcept
+block *with_room(qek_listx &list, block *end) noexcept
 {
-    if (has_room(list.head)) {
-        return list.head;
-    }
-    return list::new_node(list);
-}
-
-block *tail_with_room(qek_listx &list) noexcept
-{
-    if (has_room(list.tail)) {
-        return list.tail;
-    }
-    return list::new_node(list);
+    return has_room(end) ? end : list::new_node(list);
 }
 
 void put_first(qek_listx &list, block *at, qek_word value) noexcept
@@ -50,7 +33,7 @@ void put_first(qek_listx &list, block *at, qek_word value) noexcept
     if (at->used == 0) {
         list::link_head(list, at);
     }
-    move_words(*at, 1, 0, at->used);
+    move_units(at->items + 1, at->items, at->used);
     at->items[0] = value;
     ++at->used;
     ++list.count;
@@ -66,39 +49,22 @@ void put_last(qek_listx &list, block *at, qek_word value) noexcept
     ++list.count;
 }
 
-void add_head(qek_listx &list, qek_word value) noexcept
+// `put(list, at, value)` puts a word into the block `at`, which is null when the pool gave none.
+template <typename Put> void add(qek_listx &list, block *at, qek_word value, Put put) noexcept
 {
-    if (block *at = head_with_room(list)) {
-        put_first(list, at, value);
+    if (at != nullptr) {
+        put(list, at, value);
     }
 }
 
-void add_tail(qek_listx &list, qek_word value) noexcept
+template <typename Put>
+void *add_new(qek_listx &list, block *at, qek_value_fn init_value, Put put) noexcept
 {
-    if (block *at = tail_with_room(list)) {
-        put_last(list, at, value);
-    }
-}
-
-void *add_head_new(qek_listx &list, qek_value_fn init_value) noexcept
-{
-    block *at = head_with_room(list);
     if (at == nullptr) {
         return nullptr;
     }
     const qek_word value = pool::new_value(list.value_pool, init_value);
-    put_first(list, at, value);
-    return pool::item_of(value);
-}
-
-void *add_tail_new(qek_listx &list, qek_value_fn init_value) noexcept
-{
-    block *at = tail_with_room(list);
-    if (at == nullptr) {
-        return nullptr;
-    }
-    const qek_word value = pool::new_value(list.value_pool, init_value);
-    put_last(list, at, value);
+    put(list, at, value);
     return pool::item_of(value);
 }
 
@@ -122,7 +88,7 @@ qek_word remove_head(qek_listx &list) noexcept
     }
     const qek_word value = at->items[0];
     at->items[0] = 0;
-    move_words(*at, 0, 1, at->used - 1);
+    move_units(at->items, at->items + 1, at->used - 1);
     take_one(list, at);
     return value;
 }
@@ -157,18 +123,24 @@ void qek_listx_init(qek_listx *list, int32_t own_node_pool, int32_t own_value_po
 
 void qek_listx_term(qek_listx *list) { list::term(*list); }
 
-void qek_listx_add_head(qek_listx *list, qek_word value) { add_head(*list, value); }
+void qek_listx_add_head(qek_listx *list, qek_word value)
+{
+    add(*list, with_room(*list, list->head), value, put_first);
+}
 
-void qek_listx_add_tail(qek_listx *list, qek_word value) { add_tail(*list, value); }
+void qek_listx_add_tail(qek_listx *list, qek_word value)
+{
+    add(*list, with_room(*list, list->tail), value, put_last);
+}
 
 void *qek_listx_add_head_new(qek_listx *list, qek_value_fn init_value)
 {
-    return add_head_new(*list, init_value);
+    return add_new(*list, with_room(*list, list->head), init_value, put_first);
 }
 
 void *qek_listx_add_tail_new(qek_listx *list, qek_value_fn init_value)
 {
-    return add_tail_new(*list, init_value);
+    return add_new(*list, with_room(*list, list->tail), init_value, put_last);
 }
 
 qek_word qek_listx_remove_head(qek_listx *list) { return remove_head(*list); }

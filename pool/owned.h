@@ -3,10 +3,11 @@
 
 // How a container holds a pool: made by its `init` and ended with it, or borrowed from the caller.
 //
-// A container keeps a pointer and a flag. The flag set: the container made the pool, empties it as
-// a whole, and never gives single items back to it, since they all die together. The flag clear and
-// the pointer set: the pool is borrowed, gets every item back one at a time, and is left in the
-// field when the container ends. The flags have different widths in different records.
+// A container keeps a pointer and a flag. The flag set: the container made the pool, and empties it
+// as a whole when it is emptied or ends itself, since all items die together then. A node that is
+// removed alone goes back to it all the same, but for the trees of tree/; a value never does. The
+// flag clear and the pointer set: the pool is borrowed, gets every item back one at a time, and is
+// left in the field when the container ends. The flags have different widths in different records.
 //
 // A pool for nodes gets the node's size here; a pool for values gets its size from the caller.
 #pragma once
@@ -53,11 +54,38 @@ template <typename Flag> qek_pool *borrowed(qek_pool *pool, Flag owns) noexcept
     return owns != 0 ? nullptr : pool;
 }
 
+// An item from a pool of such items, cleared also when it was used before; null when the pool gives
+// none.
+template <typename Item> Item *cleared(qek_pool &pool) noexcept
+{
+    auto *item = static_cast<Item *>(take(pool));
+    if (item != nullptr) {
+        *item = {};
+    }
+    return item;
+}
+
 inline void give_to(qek_pool *borrowed_pool, void *item) noexcept
 {
     if (borrowed_pool != nullptr) {
         give(*borrowed_pool, item);
     }
+}
+
+// The value of an element, or 0 where there is none.
+template <typename Element> qek_word value_of(const Element *element) noexcept
+{
+    return element == nullptr ? 0 : element->value;
+}
+
+// As `value_of`, and `value` stands there afterwards.
+template <typename Element> qek_word replace_value(Element *element, qek_word value) noexcept
+{
+    const qek_word old = value_of(element);
+    if (element != nullptr) {
+        element->value = value;
+    }
+    return old;
 }
 
 // A value item, prepared by the caller's callback if there is one.
@@ -85,5 +113,11 @@ struct disposal {
         }
     }
 };
+
+template <typename Record>
+disposal disposal_of(const Record &record, qek_value_fn free_value) noexcept
+{
+    return {free_value, borrowed(record.value_pool, record.owns_value_pool)};
+}
 
 } // namespace qek::pool

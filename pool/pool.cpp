@@ -5,6 +5,7 @@
 
 #include "pool/pool.h"
 
+#include "base/exchange.h"
 #include "base/growth.h"
 
 #include <cstdlib>
@@ -261,12 +262,7 @@ void *qek_pool_new(qek_pool *pool) { return pool::take(*pool); }
 
 void qek_pool_free(qek_pool *pool, void *item) { pool::give(*pool, item); }
 
-void qek_pool_swap(qek_pool *first, qek_pool *second)
-{
-    const qek_pool kept = *first;
-    *first = *second;
-    *second = kept;
-}
+void qek_pool_swap(qek_pool *first, qek_pool *second) { exchange(*first, *second); }
 
 qek_pool_map_entry *qek_pool_map(const qek_pool *pool) { return pool::map(*pool); }
 

@@ -34,7 +34,7 @@
 #include "base/bytes.h"
 #include "base/growth.h"
 #include "base/heap.h"
-#include "base/wide.h"
+#include "base/units.h"
 #include "qek_std.h"
 
 #include <concepts>
@@ -138,11 +138,6 @@ template <form Form> void shrink(typename Form::record &record, std::int64_t len
     }
 }
 
-template <typename Unit> void move_units(Unit *to, const Unit *from, std::int64_t count) noexcept
-{
-    move_bytes(to, from, count * static_cast<std::int64_t>(sizeof(Unit)));
-}
-
 // Writes units over what is there, as far as the form allows.
 template <form Form>
 void overwrite(typename Form::record &record, std::int32_t position,
@@ -236,23 +231,6 @@ void set_at(Record &record, std::int32_t index, Unit unit) noexcept
     }
 }
 
-template <form Form>
-bool insert(typename Form::record &record, std::int32_t position, const typename Form::unit *units,
-            std::int32_t count) noexcept
-{
-    if (position < 0 || position > record.length || count <= 0) {
-        return false;
-    }
-    const std::int64_t length = wide(record.length) + count;
-    if (!expand<Form>(record, length)) {
-        return false;
-    }
-    move_tail<Form>(record, position, wide(position) + count);
-    shrink<Form>(record, length);
-    overwrite<Form>(record, position, units, count);
-    return true;
-}
-
 // The replaced run is not clamped to the end. Where it passes the end, the new length follows the
 // same sum all the same, and the write stops where the form says; that is intended.
 template <form Form>
@@ -279,6 +257,13 @@ bool update(typename Form::record &record, std::int32_t position, std::int32_t r
     shrink<Form>(record, length);
     overwrite<Form>(record, position, units, count);
     return true;
+}
+
+template <form Form>
+bool insert(typename Form::record &record, std::int32_t position, const typename Form::unit *units,
+            std::int32_t count) noexcept
+{
+    return count > 0 && update<Form>(record, position, 0, units, count);
 }
 
 // As `update`, for a text whose negative length is to be measured. With no text to measure, the

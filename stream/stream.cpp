@@ -57,16 +57,6 @@ void qek_stream_clone_string(const qek_stream *source, qek_string *target)
     buffer::clone<string_form>(*source, *target);
 }
 
-void qek_stream_copy(qek_stream *stream, const void *bytes, int32_t size)
-{
-    buffer::copy<stream_form>(*stream, as_bytes(bytes), size);
-}
-
-void qek_stream_append(qek_stream *stream, const void *bytes, int32_t size)
-{
-    buffer::append<stream_form>(*stream, as_bytes(bytes), size);
-}
-
 uint8_t qek_stream_get_at(const qek_stream *stream, int32_t index)
 {
     return buffer::get_at(*stream, index, nothing);
@@ -77,14 +67,14 @@ void qek_stream_set_at(qek_stream *stream, int32_t index, uint8_t value)
     buffer::set_at(*stream, index, value);
 }
 
-int32_t qek_stream_find(const qek_stream *stream, uint8_t ch)
+void qek_stream_copy(qek_stream *stream, const void *bytes, int32_t size)
 {
-    return text::find_unit_in(text::span_of(*stream), ch, 0);
+    buffer::copy<stream_form>(*stream, as_bytes(bytes), size);
 }
 
-int32_t qek_stream_find_pos(const qek_stream *stream, uint8_t ch, int32_t start)
+void qek_stream_append(qek_stream *stream, const void *bytes, int32_t size)
 {
-    return text::find_unit_in(text::span_of(*stream), ch, start);
+    buffer::append<stream_form>(*stream, as_bytes(bytes), size);
 }
 
 int32_t qek_stream_insert(qek_stream *stream, int32_t position, const void *bytes, int32_t size)
@@ -113,6 +103,16 @@ void qek_stream_mid(qek_stream *stream, int32_t position, int32_t size)
 void qek_stream_right(qek_stream *stream, int32_t size)
 {
     buffer::right<stream_form>(*stream, size);
+}
+
+int32_t qek_stream_find(const qek_stream *stream, uint8_t ch)
+{
+    return text::find_unit_in(text::span_of(*stream), ch, 0);
+}
+
+int32_t qek_stream_find_pos(const qek_stream *stream, uint8_t ch, int32_t start)
+{
+    return text::find_unit_in(text::span_of(*stream), ch, start);
 }
 
 void qek_stream_left_stream(const qek_stream *stream, int32_t size, qek_stream *target)

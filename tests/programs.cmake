@@ -23,8 +23,7 @@ add_executable(qek_tests
     list/list_test.cpp list/listx_test.cpp
     pool/iter_test.cpp pool/pool_check.cpp pool/pool_test.cpp
     stream/compact_test.cpp stream/fields_test.cpp stream/stream_test.cpp
-    text/char_test.cpp text/convert_test.cpp text/string_test.cpp text/stringx_test.cpp
-    text/wchar_test.cpp
+    text/char_test.cpp text/convert_test.cpp text/owned_test.cpp text/stringx_test.cpp
     tree/bitree_test.cpp tree/tree_test.cpp tree/walks_test.cpp)
 target_sources(qek_tests PRIVATE ${watched})
 target_include_directories(qek_tests PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include

@@ -5,9 +5,9 @@
 
 #include "base/blanks.h"
 #include "base/heap.h"
+#include "base/letters.h"
 #include "base/search.h"
 #include "stream/buffer.h"
-#include "text/letters.h"
 #include "text/number.h"
 
 using namespace qek;

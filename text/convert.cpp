@@ -13,7 +13,6 @@
 
 using namespace qek;
 using buffer::string_form;
-using rebuilding = text::rebuilding<string_form>;
 
 namespace {
 
@@ -36,21 +35,10 @@ const char *text_of(const qek_string &string) noexcept
 
 void match(qek_string &string, const void *marker, std::va_list &texts) noexcept
 {
-    rebuilding result(string, string.length);
-    if (!result.has_room()) {
-        return;
-    }
-    std::int32_t hit = text::find_in_owned(text::span_of(string), as_bytes(marker), -1, 0);
-    const std::int32_t skipped = measured(marker, -1);
-    while (hit >= 0) {
-        const auto *text = va_arg(texts, const std::uint8_t *);
-        if (text == nullptr) {
-            break;
-        }
-        result.carry_over(hit, text, skipped);
-        hit = text::find_in_owned(text::span_of(string), as_bytes(marker), -1, result.done());
-    }
-    result.carry_over_rest();
+    text::substitute<string_form>(string, as_bytes(marker), [&](const std::uint8_t *&inserted) {
+        inserted = va_arg(texts, const std::uint8_t *);
+        return inserted != nullptr;
+    });
 }
 
 void write(qek_string &string, const char *format, std::va_list &arguments) noexcept
@@ -59,7 +47,7 @@ void write(qek_string &string, const char *format, std::va_list &arguments) noex
     va_copy(looked_at, arguments);
     const text::format_estimate estimate(format, looked_at);
     va_end(looked_at);
-    rebuilding result(string, estimate.room());
+    text::rebuilding<string_form> result(string, estimate.room());
     if (!result.has_room()) {
         return;
     }

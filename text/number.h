@@ -3,9 +3,9 @@
 
 // Reading numbers out of text: one grammar check and one scanner for each kind of number.
 //
-// They serve slices, views and, through views, the owned strings. They read exactly the bytes they
-// are given, know no white space, no plus sign, no exponent and no locale, and stop where the text
-// stops being a number; the checks accept a text only as a whole.
+// They serve slices, views and the owned strings. They read exactly the bytes they are given, know
+// no white space, no plus sign, no exponent and no locale, and stop where the text stops being a
+// number; the checks accept a text only as a whole.
 //
 // The scanner for decimals fixes the last bits of its result: before the point one multiplication,
 // one addition of the byte and one subtraction of 48 for each digit; behind it a multiplication

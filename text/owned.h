@@ -124,10 +124,13 @@ template <buffer::form Form> class rebuilding {
     bool has_room_;
 };
 
+// `next(inserted)` runs on each hit and says what the hit gives way to; false ends the matter, with
+// this hit and the rest of the text as they were. The result is the number of hits that gave way.
+//
 // An empty `find` is found again at the same place each time: the caller's error, and no way out.
-template <buffer::form Form>
-std::int32_t replace(typename Form::record &text, const typename Form::unit *find,
-                     const typename Form::unit *replacement) noexcept
+template <buffer::form Form, typename Next>
+std::int32_t substitute(typename Form::record &text, const typename Form::unit *find,
+                        Next next) noexcept
 {
     rebuilding<Form> result(text, text.length);
     if (!result.has_room()) {
@@ -136,13 +139,24 @@ std::int32_t replace(typename Form::record &text, const typename Form::unit *fin
     std::int32_t count = 0;
     std::int32_t hit = find_in_owned(span_of(text), find, -1, 0);
     const std::int32_t skipped = measured(find, -1);
-    while (hit >= 0) {
+    const typename Form::unit *inserted = nullptr;
+    while (hit >= 0 && next(inserted)) {
         ++count;
-        result.carry_over(hit, replacement, skipped);
+        result.carry_over(hit, inserted, skipped);
         hit = find_in_owned(span_of(text), find, -1, result.done());
     }
     result.carry_over_rest();
     return count;
+}
+
+template <buffer::form Form>
+std::int32_t replace(typename Form::record &text, const typename Form::unit *find,
+                     const typename Form::unit *replacement) noexcept
+{
+    return substitute<Form>(text, find, [=](const typename Form::unit *&inserted) {
+        inserted = replacement;
+        return true;
+    });
 }
 
 } // namespace qek::text

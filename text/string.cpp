@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
-// The owned 8-bit text. Lengths and positions are stream/buffer.h, letters and blanks owned.h,
-// comparing and searching search.h.
+// The owned 8-bit text. Lengths and positions are stream/buffer.h, blanks and single units owned.h,
+// letters base/letters.h, comparing and searching search.h.
 
+#include "base/letters.h"
 #include "base/search.h"
-#include "text/letters.h"
 #include "text/owned.h"
 
 using namespace qek;
@@ -40,8 +40,6 @@ void qek_string_shrink(qek_string *string, int32_t length)
     buffer::shrink<string_form>(*string, length);
 }
 
-int32_t qek_string_trim(qek_string *string) { return text::trim<string_form>(*string); }
-
 void qek_string_swap(qek_string *a, qek_string *b) { buffer::swap(*a, *b); }
 
 void qek_string_clone(const qek_string *source, qek_string *target)
@@ -49,14 +47,14 @@ void qek_string_clone(const qek_string *source, qek_string *target)
     buffer::clone<string_form>(*source, *target);
 }
 
-void qek_string_make_lower(qek_string *string)
+uint8_t qek_string_get_at(const qek_string *string, int32_t index)
 {
-    text::map_units(string->data, string->length, text::lowered);
+    return buffer::get_at(*string, index, outside);
 }
 
-void qek_string_make_upper(qek_string *string)
+void qek_string_set_at(qek_string *string, int32_t index, uint8_t ch)
 {
-    text::map_units(string->data, string->length, text::raised);
+    buffer::set_at(*string, index, ch);
 }
 
 void qek_string_copy(qek_string *string, const void *text, int32_t length)
@@ -79,14 +77,48 @@ void qek_string_append_char(qek_string *string, uint8_t ch)
     text::append_unit<string_form>(*string, ch);
 }
 
-uint8_t qek_string_get_at(const qek_string *string, int32_t index)
+int32_t qek_string_insert(qek_string *string, int32_t position, const void *text, int32_t length)
 {
-    return buffer::get_at(*string, index, outside);
+    return buffer::insert<string_form>(*string, position, as_bytes(text), measured(text, length));
 }
 
-void qek_string_set_at(qek_string *string, int32_t index, uint8_t ch)
+int32_t qek_string_update(qek_string *string, int32_t position, int32_t old_length,
+                          const void *text, int32_t text_length)
 {
-    buffer::set_at(*string, index, ch);
+    return buffer::update_measured<string_form>(*string, position, old_length, as_bytes(text),
+                                                text_length);
+}
+
+void qek_string_delete(qek_string *string, int32_t position, int32_t count)
+{
+    text::remove<string_form>(*string, position, count);
+}
+
+void qek_string_left(qek_string *string, int32_t count)
+{
+    buffer::left<string_form>(*string, count);
+}
+
+void qek_string_mid(qek_string *string, int32_t position, int32_t count)
+{
+    buffer::mid<string_form>(*string, position, count);
+}
+
+void qek_string_right(qek_string *string, int32_t count)
+{
+    buffer::right<string_form>(*string, count);
+}
+
+int32_t qek_string_trim(qek_string *string) { return text::trim<string_form>(*string); }
+
+void qek_string_make_lower(qek_string *string)
+{
+    text::map_units(string->data, string->length, text::lowered);
+}
+
+void qek_string_make_upper(qek_string *string)
+{
+    text::map_units(string->data, string->length, text::raised);
 }
 
 int32_t qek_string_compare(const qek_string *string, const void *text, int32_t length)
@@ -123,38 +155,6 @@ int32_t qek_string_find_pos(const qek_string *string, const void *text, int32_t 
                             int32_t start)
 {
     return text::find_in_owned(span_of(*string), as_bytes(text), length, start);
-}
-
-int32_t qek_string_insert(qek_string *string, int32_t position, const void *text, int32_t length)
-{
-    return buffer::insert<string_form>(*string, position, as_bytes(text), measured(text, length));
-}
-
-int32_t qek_string_update(qek_string *string, int32_t position, int32_t old_length,
-                          const void *text, int32_t text_length)
-{
-    return buffer::update_measured<string_form>(*string, position, old_length, as_bytes(text),
-                                                text_length);
-}
-
-void qek_string_delete(qek_string *string, int32_t position, int32_t count)
-{
-    text::remove<string_form>(*string, position, count);
-}
-
-void qek_string_left(qek_string *string, int32_t count)
-{
-    buffer::left<string_form>(*string, count);
-}
-
-void qek_string_mid(qek_string *string, int32_t position, int32_t count)
-{
-    buffer::mid<string_form>(*string, position, count);
-}
-
-void qek_string_right(qek_string *string, int32_t count)
-{
-    buffer::right<string_form>(*string, count);
 }
 
 void qek_string_left_string(const qek_string *source, int32_t count, qek_string *target)

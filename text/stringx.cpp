@@ -4,6 +4,7 @@
 // The view: a span of text that somebody else owns, cut by arithmetic on two integers.
 
 #include "base/blanks.h"
+#include "base/exchange.h"
 #include "base/search.h"
 #include "stream/buffer.h"
 #include "text/number.h"
@@ -14,7 +15,7 @@ namespace {
 
 const std::uint8_t outside = 0xFF;
 
-bool is_empty(const qek_stringx &view) noexcept { return view.data == nullptr || view.length == 0; }
+using buffer::is_empty;
 
 text::span<std::uint8_t> span_of(const qek_stringx &view) noexcept
 {
@@ -142,12 +143,7 @@ void qek_stringx_copy_char(qek_stringx *view, const qek_char *record)
     *view = {record->data, 0, record->length};
 }
 
-void qek_stringx_swap(qek_stringx *a, qek_stringx *b)
-{
-    const qek_stringx kept = *a;
-    *a = *b;
-    *b = kept;
-}
+void qek_stringx_swap(qek_stringx *a, qek_stringx *b) { exchange(*a, *b); }
 
 int32_t qek_stringx_is_long(const qek_stringx *view)
 {

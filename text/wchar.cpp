@@ -5,9 +5,11 @@
 // the widening of bytes, which keeps their sign. Negative lengths are measured everywhere but in
 // `insert` and `update`, which refuse them.
 
-#include "text/letters.h"
+#include "base/letters.h"
 #include "text/owned.h"
 #include "text/print.h"
+
+#include <cctype>
 
 using namespace qek;
 
@@ -24,7 +26,7 @@ std::uint16_t lowered(std::uint16_t unit) noexcept
 
 std::uint16_t raised(std::uint16_t unit) noexcept
 {
-    return static_cast<std::uint16_t>(raised_unit(unit));
+    return unit > 0xFF ? unit : static_cast<std::uint16_t>(std::toupper(unit));
 }
 
 std::uint16_t widened(std::uint8_t byte) noexcept

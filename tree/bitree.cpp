@@ -144,7 +144,7 @@ void settle(entry &at) noexcept
 // Links from above keep naming the same record: intended, they are the caller's to mend.
 void swap(entry &a, entry &b) noexcept
 {
-    tree::exchange(a, b);
+    exchange(a, b);
     settle(a);
     settle(b);
 }

@@ -244,7 +244,7 @@ void adopt_children(entry &parent) noexcept
 // Links from outside keep naming the same record: intended, they are the caller's to mend.
 void swap(entry &a, entry &b) noexcept
 {
-    tree::exchange(a, b);
+    exchange(a, b);
     adopt_children(a);
     adopt_children(b);
 }

@@ -13,6 +13,7 @@
 // The flags of own pools survive `term`: a terminated record needs its `init` before anything else.
 #pragma once
 
+#include "base/exchange.h"
 #include "pool/owned.h"
 #include "pool/translation.h"
 #include "qek_std.h"
@@ -32,11 +33,7 @@ void make_pools(Tree &tree, std::int32_t own_entry_pool, std::int32_t own_value_
 
 template <typename Tree> entry_of<Tree> *new_entry(Tree &tree) noexcept
 {
-    auto *entry = static_cast<entry_of<Tree> *>(pool::take(*tree.entry_pool));
-    if (entry != nullptr) {
-        *entry = {};
-    }
-    return entry;
+    return pool::cleared<entry_of<Tree>>(*tree.entry_pool);
 }
 
 template <typename Tree> void give_entry(Tree &tree, entry_of<Tree> &entry) noexcept
@@ -49,7 +46,7 @@ template <typename Tree> void give_entry(Tree &tree, entry_of<Tree> &entry) noex
 template <typename Walk, typename Tree>
 [[gnu::noinline]] void free_entry(Tree &tree, entry_of<Tree> &top, qek_value_fn free_value) noexcept
 {
-    const pool::disposal dispose{free_value, pool::borrowed(tree.value_pool, tree.owns_value_pool)};
+    const pool::disposal dispose = pool::disposal_of(tree, free_value);
     Walk::for_each(top, [&](entry_of<Tree> &entry) {
         dispose.of_nonzero(entry.value);
         give_entry(tree, entry);
@@ -99,18 +96,11 @@ template <typename Walk, typename Tree> void remove_all(Tree &tree) noexcept
 
 template <typename Walk, typename Tree> void free_all(Tree &tree, qek_value_fn free_value) noexcept
 {
-    if (free_value != nullptr || pool::borrowed(tree.entry_pool, tree.owns_entry_pool) != nullptr ||
-        pool::borrowed(tree.value_pool, tree.owns_value_pool) != nullptr) {
+    if (pool::disposal_of(tree, free_value).does_something() ||
+        pool::borrowed(tree.entry_pool, tree.owns_entry_pool) != nullptr) {
         free_entry<Walk>(tree, tree.root, free_value);
     }
     empty_pools(tree);
-}
-
-template <typename Entry> void exchange(Entry &a, Entry &b) noexcept
-{
-    const Entry kept = a;
-    a = b;
-    b = kept;
 }
 
 // The copies of entries and values while a tree is cloned. The roots lie in the records and not in

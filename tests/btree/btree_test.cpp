@@ -127,13 +127,8 @@ struct qword_trees : number_keys<qek_btreex, std::uint64_t, double, 3, 4, 6> {
 
 // Pages of four slots. Only what makes pages knows of their size.
 struct small_trees : dword_trees {
-    struct policy : core::number_policy<container, page, element> {
+    struct policy : core::number_policy<container, page, element, 1, 2, 5> {
         static constexpr std::int32_t page_slots = 4;
-        static constexpr std::int32_t signed_keys = 1;
-        static int order(const tree &, auto &at, key k)
-        {
-            return order_as<signed_number>(at.key, k);
-        }
     };
     static constexpr std::int32_t orders[] = {1};
     static constexpr int slots = policy::page_slots;
@@ -164,7 +159,8 @@ using families = testing::Types<text, dword, qword, tree_of<small_trees>>;
 
 namespace qek_test {
 INSTANTIATE_TYPED_TEST_SUITE_P(btree, keyed_suite, families);
-}
+INSTANTIATE_TYPED_TEST_SUITE_P(btree, text_keyed_suite, text);
+} // namespace qek_test
 
 namespace {
 
@@ -352,18 +348,6 @@ TYPED_TEST(btree_key_types, make_all_keys_equal_when_unknown)
     }
 }
 
-TEST(btree, takes_keys_with_zeros_and_without_a_length)
-{
-    modelled<text> tree;
-    EXPECT_EQ(qek_btree_insert(&tree, "a\0b", 3, 1) + qek_btree_insert(&tree, "a\0b", -1, 2), 2);
-    EXPECT_EQ(qek_btree_insert(&tree, nullptr, -5, 3) + qek_btree_insert(&tree, "x", 0, 4), 1);
-    EXPECT_EQ(qek_btree_update(&tree, "a", 1, 5), 2U);
-    EXPECT_EQ(qek_btree_get(&tree, "a\0c", -1), 5U);
-    EXPECT_EQ(qek_btree_node_bfind(&tree, "a\0a", 3)->value, 1U);
-    EXPECT_EQ(qek_btree_node_find(&tree, "a\0c", 3), nullptr);
-    EXPECT_EQ(tree.keys.length, 4);
-}
-
 // An empty root that cannot grow answers as if the key were there; one with nodes, as if it were
 // not.
 TEST(btree, loses_a_node_when_the_root_does_not_grow)
@@ -380,19 +364,6 @@ TEST(btree, loses_a_node_when_the_root_does_not_grow)
         EXPECT_EQ(tree.root.children.count, keys);
         EXPECT_EQ(qek_btree_find(&tree, "z", 1), 0);
     }
-}
-
-TEST(btree, stores_an_empty_key_when_its_text_finds_no_room)
-{
-    modelled<text> tree;
-    tree.store(1, 3);
-    qek_btree_node *node = nullptr;
-    const std::string key(100, 'z');
-    const allocations faults(1, true);
-    EXPECT_EQ(qek_btree_node_set(&tree, key.data(), 100, &node), 1);
-    EXPECT_EQ(static_cast<std::int32_t>(node->key_offset), tree.keys.length);
-    EXPECT_EQ(node->key_length, 0);
-    EXPECT_EQ(qek_btree_node_last(&tree), node);
 }
 
 TEST(btree_check, rejects_each_broken_invariant)

@@ -116,7 +116,8 @@ using families = testing::Types<text, dword, qword, table_of<block_hashes>>;
 
 namespace qek_test {
 INSTANTIATE_TYPED_TEST_SUITE_P(hash, keyed_suite, families);
-}
+INSTANTIATE_TYPED_TEST_SUITE_P(hash, text_keyed_suite, text);
+} // namespace qek_test
 
 namespace {
 
@@ -252,17 +253,6 @@ TEST(hash, key_functions_run_the_crc_without_inversion)
     EXPECT_EQ(qek_hasht_key("fourteen bytes.\xFF"), hash_of("fourteen bytes.\xFF"));
 }
 
-TEST(hash, takes_keys_with_zeros_and_without_a_length)
-{
-    modelled<text> table;
-    EXPECT_EQ(qek_hash_insert(&table, "a\0b", 3, 1) + qek_hash_insert(&table, "a\0b", -1, 2), 2);
-    EXPECT_EQ(qek_hash_insert(&table, nullptr, -5, 3) + qek_hash_insert(&table, "x", 0, 4), 1);
-    EXPECT_EQ(qek_hash_update(&table, "a", 1, 5), 2U);
-    EXPECT_EQ(qek_hash_get(&table, "a\0c", -1), 5U);
-    EXPECT_EQ(qek_hash_find(&table, "a\0c", 3), 0);
-    EXPECT_EQ(table.keys.length, 4);
-}
-
 // Look-ups ask the stored hash first, and a store compares text alone. The two letters share a
 // bucket.
 TEST(hash, shows_a_change_of_case_rules_in_look_ups_only)
@@ -272,20 +262,6 @@ TEST(hash, shows_a_change_of_case_rules_in_look_ups_only)
     table.ignore_case = 1;
     ASSERT_EQ(hash_of("Q") % 4, hash_of("q") % 4);
     EXPECT_EQ(qek_hash_find(&table, "Q", 1) + qek_hash_insert(&table, "q", 1, 4), 0);
-}
-
-TEST(hash, stores_an_empty_key_when_its_text_finds_no_room)
-{
-    modelled<text> table;
-    table.store(0, 7);
-    const std::string key(100, 'k');
-    qek_hash_entry *entry = nullptr;
-    const allocations faults(1, true);
-    EXPECT_EQ(qek_hash_entry_set(&table, key.data(), 100, &entry), 1);
-    EXPECT_EQ(static_cast<std::int32_t>(entry->key_offset), table.keys.length);
-    EXPECT_EQ(entry->key_length, 0);
-    EXPECT_EQ(entry->hash, hash_of(key));
-    EXPECT_EQ(qek_hash_find(&table, key.data(), 100), 0);
 }
 
 TEST(hash_DeathTest, missing_pools_and_exhaustion_fault)

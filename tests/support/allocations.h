@@ -25,17 +25,4 @@ class allocations {
     std::vector<std::size_t> sizes() const; // the sizes asked for, at most the first 64
 };
 
-// Runs `attempt(faults)` with the first allocation failing, then the second, and so on, until it
-// runs through with none failed. `attempt` makes its own fresh records.
-template <typename Attempt> int fail_each_allocation(Attempt attempt)
-{
-    for (int nth = 1;; ++nth) {
-        bool failed = false;
-        attempt(nth, failed);
-        if (!failed) {
-            return nth - 1;
-        }
-    }
-}
-
 } // namespace qek_test

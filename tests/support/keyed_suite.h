@@ -10,6 +10,7 @@
 // against a model.
 #pragma once
 
+#include "support/allocations.h"
 #include "support/pools.h"
 #include "support/random.h"
 
@@ -51,11 +52,19 @@ constexpr auto as_argument(auto argument)
     }
 }
 
+// A key as a caller gives it, who may leave the length to be measured.
+struct given_key {
+    const char *bytes;
+    std::int32_t length;
+};
+
 // A function with the key as second argument, or as second and third.
 template <auto Function>
-constexpr auto keyed = [](auto *of, const any_key &key, auto... rest) {
-    if constexpr (std::is_invocable_v<decltype(Function), decltype(of), any_key,
-                                      decltype(rest)...>) {
+constexpr auto keyed = [](auto *of, const auto &key, auto... rest) {
+    if constexpr (std::is_same_v<decltype(key), const given_key &>) {
+        return Function(of, key.bytes, key.length, as_argument(rest)...);
+    } else if constexpr (std::is_invocable_v<decltype(Function), decltype(of), any_key,
+                                             decltype(rest)...>) {
         return Function(of, key, as_argument(rest)...);
     } else {
         return Function(of, key, static_cast<std::int32_t>(key.bytes.size()), as_argument(rest)...);
@@ -383,5 +392,49 @@ TYPED_TEST_P(keyed_suite, swaps_all_but_the_order)
 REGISTER_TYPED_TEST_SUITE_P(keyed_suite, does_what_the_model_does, makes_value_items,
                             gives_back_what_is_borrowed_and_calls_for_values,
                             clones_own_pools_and_translates_values, swaps_all_but_the_order);
+
+// For those with byte strings as keys.
+template <typename Family> struct text_keyed_suite : testing::Test {
+};
+TYPED_TEST_SUITE_P(text_keyed_suite);
+
+TYPED_TEST_P(text_keyed_suite, takes_keys_with_zeros_and_without_a_length)
+{
+    using family = TypeParam;
+    using key = given_key;
+    modelled<family> of;
+    EXPECT_EQ(family::insert(&of, key{"a\0b", 3}, 1) + family::insert(&of, key{"a\0b", -1}, 2), 2);
+    EXPECT_EQ(family::insert(&of, key{nullptr, -5}, 3) + family::insert(&of, key{"x", 0}, 4), 1);
+    EXPECT_EQ(family::update(&of, key{"a", 1}, 5), 2U);
+    EXPECT_EQ(family::get(&of, key{"a\0c", -1}), 5U);
+    EXPECT_EQ(family::find(&of, key{"a\0c", 3}), 0);
+    if constexpr (requires { family::bfind; }) {
+        EXPECT_EQ(family::bfind(&of, key{"a\0a", 3})->value, 1U);
+        EXPECT_EQ(family::node_find(&of, key{"a\0c", 3}), nullptr);
+    }
+    EXPECT_EQ(of.keys.length, 4);
+}
+
+TYPED_TEST_P(text_keyed_suite, stores_an_empty_key_when_its_text_finds_no_room)
+{
+    using family = TypeParam;
+    modelled<family> of;
+    of.store(0, 7);
+    typename family::element *element = nullptr;
+    const any_key key{std::string(100, 'z')};
+    const allocations faults(1, true);
+    EXPECT_EQ(family::element_set(&of, key, &element), 1);
+    EXPECT_EQ(static_cast<std::int32_t>(element->key_offset), of.keys.length);
+    EXPECT_EQ(element->key_length, 0);
+    EXPECT_EQ(family::find(&of, key), 0);
+    if constexpr (requires { family::last; }) {
+        EXPECT_EQ(family::last(&of), element);
+    } else {
+        EXPECT_EQ(element->hash, family::number(of, key));
+    }
+}
+
+REGISTER_TYPED_TEST_SUITE_P(text_keyed_suite, takes_keys_with_zeros_and_without_a_length,
+                            stores_an_empty_key_when_its_text_finds_no_room);
 
 } // namespace qek_test

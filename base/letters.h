@@ -2,7 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
 // Mapping the letters of 8-bit text by the runtime's routines, in its current locale. A byte
-// reaches them with its sign.
+// reaches them with its sign, and the low 8 bits of what they answer count.
 #pragma once
 
 #include <cctype>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
-// The searches and orders of bytes.h for text of 16-bit units, whatever the platform's own wide
-// character is. A unit reaches the runtime's byte routines for letters as it stands, so that units
-// above 255 are never mapped.
+// The searches and orders of search.h by the width of a unit: those of bytes.h for bytes, and the
+// same for 16-bit units, whatever the platform's own wide character is. A 16-bit unit reaches the
+// runtime's byte routines for letters as it stands, so that units above 255 are never mapped.
 #pragma once
 
 #include "base/bytes.h"
@@ -116,11 +116,6 @@ inline std::int32_t find_terminated(const std::uint16_t *hay, const std::uint16_
 inline std::int32_t lowered_unit(std::uint16_t unit) noexcept
 {
     return unit > 0xFF ? unit : std::tolower(unit);
-}
-
-inline std::int32_t raised_unit(std::uint16_t unit) noexcept
-{
-    return unit > 0xFF ? unit : std::toupper(unit);
 }
 
 template <typename Value>
