@@ -4,11 +4,13 @@ set -euo pipefail
 
 usage() {
     cat <<'END'
-usage: ./test.sh [--all | --platform NAME]
+usage: ./test.sh [--all | --trust | --platform NAME]
 
 Sets up what is missing, builds below build/, and runs every test. The last line counts the tests.
 
   --all            every row that can run here; a table of them stands before the last line
+  --trust          the rows that say how far the library can be trusted; the table shows what was
+                   found, what was aimed at, and the command (docs/testing.md explains each)
   --platform NAME  that row alone:
                      default, clang                    Linux, 64 bits, with g++ and with clang
                      m32, m32-clang                    Linux, 32 bits
@@ -17,6 +19,12 @@ Sets up what is missing, builds below build/, and runs every test. The last line
                      windows, windows-i686             DLLs for 64 and for 32 bits, run by wine
                      s390x, powerpc, aarch64           run by qemu; the first two big-endian
                      levels                            every level of optimisation alike
+                     coverage                          lines and branches that the tests reach
+                     memory, valgrind                  reads of what was never written
+                     thread                            two threads on separate records
+                     fuzz                              each fuzz target for a minute
+                     mutants                           a sample of changed instructions
+                     abi                               the interface against the one written down
                      lint                              format, static analysis, scripts, header
                      demo, outline                     the commands and examples, with bad input
   --help           print this text
@@ -39,7 +47,10 @@ wrong() {
 # The rows of the table. Each name is followed by the packages that it needs beyond those of the
 # default row.
 rows=(default clang sanitize clang-sanitize m32 m32-clang m32-sanitize
-    windows windows-i686 s390x powerpc aarch64 levels lint demo outline)
+    windows windows-i686 s390x powerpc aarch64 levels
+    coverage memory valgrind thread fuzz mutants abi lint demo outline)
+trust=(default sanitize clang-sanitize m32-sanitize
+    coverage memory valgrind thread fuzz mutants levels abi)
 declare -A needs=(
     [clang]=clang
     [clang-sanitize]="clang libclang-rt-14-dev"
@@ -52,13 +63,30 @@ declare -A needs=(
     [powerpc]="g++-powerpc-linux-gnu qemu-user"
     [aarch64]="g++-aarch64-linux-gnu qemu-user"
     [levels]=clang
+    [coverage]=gcovr
+    [memory]="clang libclang-rt-14-dev"
+    [valgrind]=valgrind
+    [fuzz]="clang libclang-rt-14-dev"
+    [mutants]=python3
+    [abi]="abigail-tools g++-12-multilib"
     [lint]="clang g++-12-multilib clang-format clang-tidy shellcheck"
 )
 
+# What the rows of --trust aim at.
+declare -A aims=(
+    [coverage]="lines 100 %, branches 100 %"
+    [mutants]="95 % killed"
+)
+
 chosen=(default)
+shows_trust=0
 while [[ $# -gt 0 ]]; do
     case $1 in
     --all) chosen=("${rows[@]}") ;;
+    --trust)
+        chosen=("${trust[@]}")
+        shows_trust=1
+        ;;
     --platform)
         [[ $# -gt 1 ]] || wrong "a name is missing behind --platform"
         [[ " ${rows[*]} " == *" $2 "* ]] || wrong "unknown platform $2"
@@ -94,7 +122,7 @@ else
     request_packages "${packages[@]}"
 fi
 
-export QEK_TALLY=$build/tally
+export QEK_TALLY=$build/tally QEK_FIGURE=$build/figure
 mkdir -p "$build"
 table=()
 
@@ -106,12 +134,13 @@ configure_preset() { # PRESET
     configure "$build/configure.log" -S "$root" --preset "$1"
 }
 
-run_preset() { # PRESET: builds and runs the tests; leaves the counts in QEK_TALLY
+run_preset() { # PRESET [TARGET...]: builds and runs the tests; leaves the counts in QEK_TALLY
     local folder=$build/$1 report=$build/$1/junit.xml tests failures skips
     configure_preset "$1" || return 1
-    cmake --build "$folder" || return 1
+    cmake --build "$folder" ${2:+--target "${@:2}"} || return 1
     rm -f "$report"
-    ctest --test-dir "$folder" --output-on-failure -j "$(nproc)" --output-junit "$report" || true
+    ctest --test-dir "$folder" ${2:+-R 'header|demo'} --output-on-failure -j "$(nproc)" \
+        --output-junit "$report" || true
     [[ -f $report ]] || return 1
     tests=$(attribute tests "$report")
     failures=$(attribute failures "$report")
@@ -133,6 +162,10 @@ run() { # ROW
     case $1 in
     windows-i686) run_windows_i686 ;;
     levels) "$root/tests/platform/check_levels.sh" ;;
+    coverage | valgrind | mutants) "$root/scripts/$1.sh" ;;
+    memory | thread) run_preset "$1" qek_header_examples qek_threads qek_word_index ;;
+    fuzz) "$root/fuzz/run.sh" ;;
+    abi) "$root/tests/abi/check_abi.sh" ;;
     lint) configure_preset default && "$root/scripts/lint.sh" ;;
     demo) "$demo/check_demo.sh" ;;
     outline) "$demo/check_outline.sh" ;;
@@ -150,7 +183,7 @@ row() { # NAME: runs the row, which leaves its counts in QEK_TALLY
         result="skipped, needs $missing"
         counts=(0 "$strict" $((1 - strict)))
     else
-        rm -f "$QEK_TALLY"
+        rm -f "$QEK_TALLY" "$QEK_FIGURE"
         run "$name" || true
         if [[ -f $QEK_TALLY ]]; then
             read -ra counts < <(tr -dc '0-9 \n' <"$QEK_TALLY")
@@ -163,18 +196,30 @@ row() { # NAME: runs the row, which leaves its counts in QEK_TALLY
     failed=$((failed + counts[1]))
     skipped=$((skipped + counts[2]))
     echo "== $name: ${counts[0]} passed, ${counts[1]} failed, ${counts[2]} skipped, $result"
+    if [[ $shows_trust -eq 1 ]]; then
+        local figure="${counts[1]} findings in $((counts[0] + counts[1])) tests" aim="0 findings"
+        [[ ! -s $QEK_FIGURE ]] || figure=$(<"$QEK_FIGURE")
+        [[ -n $missing ]] && figure=$result
+        table+=("$(printf '%-15s %-36s %-28s %s' "$name" "$figure" "${aims[$name]:-$aim}" \
+            "./test.sh --platform $name")")
+        return
+    fi
     table+=("$(printf '%-16s %8d %8d %8d %8d  %s' "$name" "${counts[@]}" $((SECONDS - begin)) "$result")")
 }
 
 for name in "${chosen[@]}"; do
     row "$name"
 done
-if [[ ${#chosen[@]} -gt 1 ]]; then
+if [[ $shows_trust -eq 1 ]]; then
+    echo
+    printf '%-15s %-36s %-28s %s\n' what figure target command
+    printf '%s\n' "${table[@]}"
+elif [[ ${#chosen[@]} -gt 1 ]]; then
     echo
     printf '%-16s %8s %8s %8s %8s  %s\n' configuration passed failed skipped seconds result
     printf '%s\n' "${table[@]}"
 fi
 
 echo
-unset QEK_TALLY
+unset QEK_TALLY QEK_FIGURE
 close_tally

@@ -52,6 +52,16 @@ target_compile_options(qek_header_examples PRIVATE -UNDEBUG)
 target_link_libraries(qek_header_examples PRIVATE qek_flags qek_std)
 add_test(NAME header.examples COMMAND qek_header_examples)
 
+if(NOT WIN32)
+    add_library(qek_examples_part OBJECT ${examples})
+    target_compile_definitions(qek_examples_part PRIVATE main=run_examples)
+    target_compile_options(qek_examples_part PRIVATE -UNDEBUG)
+    target_link_libraries(qek_examples_part PRIVATE qek_flags qek_std)
+    add_executable(qek_threads support/threads.c)
+    target_link_libraries(qek_threads PRIVATE qek_flags qek_examples_part qek_std -pthread)
+    add_test(NAME header.examples_in_threads COMMAND qek_threads)
+endif()
+
 # The example that serialises, to compare what it writes here with what it wrote elsewhere.
 file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/examples/word_index/*.c)
 add_executable(qek_word_index ${sources})
