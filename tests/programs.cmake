@@ -41,6 +41,19 @@ if(NOT QEK_SANITIZE)
         COMMAND_EXPAND_LISTS)
 endif()
 
+# The shared library in a program in which a preloaded library refuses its allocations.
+if(UNIX AND NOT APPLE AND NOT CMAKE_CROSSCOMPILING AND NOT QEK_SANITIZE)
+    add_library(qek_refuse MODULE fault/refuse.c)
+    add_executable(qek_fault_session fault/session.c)
+    foreach(target qek_refuse qek_fault_session)
+        target_link_libraries(${target} PRIVATE qek_flags ${CMAKE_DL_LIBS})
+    endforeach()
+    target_link_libraries(qek_fault_session PRIVATE qek_std)
+    add_test(NAME fault.preload
+        COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/fault/check_preload.sh
+                $<TARGET_FILE:qek_refuse> $<TARGET_FILE:qek_fault_session>)
+endif()
+
 # The examples of the header, compiled and run against the shared library as a C program.
 set(examples ${CMAKE_CURRENT_BINARY_DIR}/header_examples.c)
 add_custom_command(OUTPUT ${examples}

@@ -121,15 +121,15 @@ constexpr uint16_t wide[] = {'1', ',', '2', ',', '3', ',', '4', ',', '5', ',', '
              {all, CALL(qek_##name##_append_array(r.name##_, r.name##_))}, \
              {"u", CALL(qek_##name##_expand(r.name##_, 30))}, \
              COPY(name, copy, nullptr,)}}
-#define QEK_KEYED(name, initialised, number, one, many, copy, ...) \
+#define QEK_KEYED(name, initialised, number, many, copy, ...) \
     {#name, {initialised, \
              {many, CALL(qek_##name##_insert(r.name##_, __VA_ARGS__, 1)), 0, number}, \
-             {one, CALL(r.name##_->value_pool->item_size = 4, \
+             {"fff", CALL(r.name##_->value_pool->item_size = 4, \
                         qek_##name##_set(r.name##_, __VA_ARGS__, &r.word, nullptr)), 40, 41}, \
              COPY(name, copy, nullptr,), \
              {"ff", CALL(qek_##name##_remove(r.name##_, __VA_ARGS__))}}}
-#define QEK_HASH(name, ...) QEK_KEYED(name, INIT(name, "ffff", 1, 1), 8, "ff", __VA_ARGS__)
-#define QEK_BTREE(name, ...) QEK_KEYED(name, INIT(name, "sfffsfff", 1, 1, 1), 32, "fff", __VA_ARGS__)
+#define QEK_HASH(name, ...) QEK_KEYED(name, INIT(name, "ffff", 1, 1), 16, __VA_ARGS__)
+#define QEK_BTREE(name, ...) QEK_KEYED(name, INIT(name, "sfffsfff", 1, 1, 1), 32, __VA_ARGS__)
 #define QEK_LIST(name, add, ...) \
     {#name, {INIT(name, "ffff", 1, 1), \
              {add, CALL(qek_##name##_add_tail(r.name##_, __VA_ARGS__ 1))}, \
@@ -147,8 +147,8 @@ const session sessions[] = {
     {"string, wchar",
      {{"u", CALL(qek_string_format(r.string_, "%s", text))},
       {"uss", CALL(qek_string_replace(r.string_, "a", text))},
-      {"", CALL(qek_wchar_copy(r.wchar_, wide, 15))},
-      {"uss", CALL(qek_wchar_replace(r.wchar_, wide + 12, wide))}}},
+      {"u", CALL(qek_wchar_copy(r.wchar_, wide, 15))},
+      {"us", CALL(qek_wchar_replace(r.wchar_, wide + 12, wide))}}},
     {"char, str",
      {{"ff", CALL(qek_char_copy(r.char_ + n, text, 9 * n)), 0, 2},
       {"f", CALL(qek_str_dup(&r.block, text, -1))}}},
@@ -165,10 +165,10 @@ const session sessions[] = {
       {"u", CALL(qek_arrayt_clone(r.arrayt_, r.arrayt_ + 1))}}},
     {"bits",
      {{"u", CALL(qek_bits_expand(r.bits_, 1))}, {"u", CALL(qek_bits_insert(r.bits_, 9999, 1))}}},
-    QEK_HASH(hash, "ssffss", "ssffffffff", text + n, 4),
-    QEK_HASH(hashd, "sffs", "sffffffff", static_cast<uint32_t>(n)),
-    QEK_HASH(hashx, "sffs", "sffffffff", static_cast<uint64_t>(n)),
-    QEK_HASH(hasht, "sffs", "sffffffff", text + n),
+    QEK_HASH(hash, "ssffsss", "ssfffffff", text + n, 4),
+    QEK_HASH(hashd, "sffs", "sfffffff", static_cast<uint32_t>(n)),
+    QEK_HASH(hashx, "sffs", "sfffffff", static_cast<uint64_t>(n)),
+    QEK_HASH(hasht, "sffs", "sfffffff", text + n),
     QEK_BTREE(btree, "ffsssssfssffFl", "sfffffffffffll", text + n, 4),
     QEK_BTREE(btreed, "fffffFl", "fffffffffffll", static_cast<uint32_t>(n)),
     QEK_BTREE(btreex, "fffffFl", "fffffffffffll", static_cast<uint64_t>(n)),
@@ -180,7 +180,7 @@ const session sessions[] = {
              qek_bitree_entry_add(r.bitree_, &r.bitree_->root, 1, qek_bitree_entry_new(r.bitree_))),
     {"pool",
      {{"", CALL(qek_pool_init(r.pool_ + n), r.pool_[n].item_size = 8), 0, 2},
-      {"ffffffff", CALL(r.pointer = qek_pool_new(r.pool_)), 0, 65},
+      {"fffffff", CALL(r.pointer = qek_pool_new(r.pool_)), 0, 65},
       {"ff", CALL(qek_pool_free(r.pool_, r.pointer))},
       {"ff", CALL(qek_pool_iter_free(qek_pool_iter_new(r.pool_)))},
       {"f", CALL(r.pointer = qek_pool_map(r.pool_))},
