@@ -20,7 +20,7 @@ add_executable(qek_tests
     base/mem_test.cpp base/str_test.cpp
     bits/bits_test.cpp
     btree/btree_test.cpp
-    fault/allocation_test.cpp
+    fault/allocation_test.cpp fault/limits_test.cpp
     hash/hash_test.cpp
     list/list_test.cpp list/listx_test.cpp
     pool/iter_test.cpp pool/pool_check.cpp pool/pool_test.cpp
