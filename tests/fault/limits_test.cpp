@@ -6,8 +6,8 @@
 #include "qek_std.h"
 #include "support/allocations.h"
 #include "support/platform.h"
-#include "support/pools.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 
@@ -67,7 +67,8 @@ TEST(limits, are_kept_by_every_growth)
         if (count > 0) {
             qek_arrayt array{};
             array.overflow = words, array.count = array.capacity = count;
-            expect_asked<qek_arrayt_expand>(array, count + 1, grown == 0 ? 0 : 4 * (grown - 4LL));
+            expect_asked<qek_arrayt_expand>(array, count + 1,
+                                            uint64_t{4} * unsigned(std::max(grown - 4, 0)));
         }
     }
     const uint32_t bits_steps[][3] = {{0xFFFFF000, 0xFFFFF001, 0xFFFFF400},
@@ -78,40 +79,26 @@ TEST(limits, are_kept_by_every_growth)
     }
 }
 
-constexpr char key[] = "0123456789";
-
 // A key that fits no more is stored as an empty one. Nothing is asked for.
-template <auto Init, auto Store, auto Term, typename Record> void expect_no_key(Record record)
-{
-    uint8_t byte = 0;
-    Init(&record);
-    const qek_stream keys = std::exchange(record.keys, {&byte, most - 8, most - 7});
-    EXPECT_EQ(Store(&record)->key_length, 0);
-    EXPECT_EQ(record.keys.length, most - 8);
-    record.keys = keys;
-    Term(&record);
-}
+// clang-format off
+#define QEK_EXPECT_NO_KEY(name, store, stored, ...) \
+    qek_##name name; \
+    qek_##name##_init(&name, __VA_ARGS__); \
+    name.keys = {&byte, most - 8, most - 7}; \
+    qek_##name##_##store(&name, "0123456789", 10, 1); \
+    EXPECT_EQ(std::pair(stored->key_length, name.keys.length), std::pair(0, most - 8)); \
+    name.keys = {}; \
+    qek_##name##_term(&name)
+// clang-format on
 
 TEST(limits, of_key_text_leave_keys_empty)
 {
-    expect_no_key<[](auto *of) { qek_array_init(of, 0); },
-                  [](auto *of) { return qek_array_append(of, key, 10, 1), of->slots; },
-                  qek_array_term>(qek_array{});
-    expect_no_key<[](auto *of) { qek_hash_init(of, 1, 0); },
-                  [](auto *of) {
-                      qek_hash_entry *entry = nullptr;
-                      return qek_hash_entry_set(of, key, 10, &entry), entry;
-                  },
-                  qek_hash_term>(qek_hash{});
-    expect_no_key<[](auto *of) { qek_btree_init(of, 1, 1, 0); },
-                  [](auto *of) {
-                      qek_btree_node *node = nullptr;
-                      return qek_btree_node_set(of, key, 10, &node), node;
-                  },
-                  qek_btree_term>(qek_btree{});
-    expect_no_key<[](auto *of) { qek_list_init(of, 1, 0); },
-                  [](auto *of) { return qek_list_add_tail(of, key, 10, 1); }, qek_list_term>(
-        qek_list{});
+    uint8_t byte = 0;
+    int bucket = 0;
+    QEK_EXPECT_NO_KEY(array, append, array.slots, 0);
+    QEK_EXPECT_NO_KEY(hash, insert, qek_hash_entry_first(&hash, &bucket), 1, 0);
+    QEK_EXPECT_NO_KEY(btree, insert, qek_btree_node_first(&btree), 1, 1, 0);
+    QEK_EXPECT_NO_KEY(list, add_tail, list.head, 1, 0);
 }
 
 uint64_t sum;
@@ -119,78 +106,50 @@ void add_up(qek_word value) { sum += value; }
 
 constexpr int million = 1'000'000;
 
-// Filled, walked and freed with little stack.
-template <typename Record>
-void expect_million(Record &record, qek_pool *pool, auto fill, auto rest, auto free_all, auto term)
-{
-    const small_stack stack;
-    pool->items_per_block = 8192;
-    for (int n = 1; n <= million; ++n) {
-        fill(n);
-    }
-    sum = 0;
-    rest();
-    free_all(&record, add_up);
-    EXPECT_EQ(sum, uint64_t{million} * (million + 1) / 2);
-    EXPECT_EQ(pool->live_count, 0);
-    term(&record);
-}
-
+// Each is filled, copied, walked and freed with little stack.
 TEST(limits, of_the_stack_are_not_met_by_long_lists_and_chains)
 {
+    const small_stack stack;
+    constexpr uint64_t gauss = uint64_t{million} * (million + 1) / 2;
     qek_list list;
-    qek_list_init(&list, 1, 0);
-    expect_million(
-        list, list.node_pool,
-        [&](int n) { qek_list_add_tail(&list, &n, 4, static_cast<qek_word>(n)); }, [] {},
-        [](auto *of, auto each) {
-            for (const auto *at = of->head; at != nullptr; at = at->next) {
-                each(at->value);
-            }
-            EXPECT_EQ(qek_list_find(of, &million, 4), of->tail);
-            qek_list_remove_all(of);
-        },
-        qek_list_term);
-    qek_lists lists, copy;
-    qek_lists_init(&lists, 1, 0), qek_lists_init(&copy, 1, 0);
-    expect_million(
-        lists, lists.node_pool,
-        [&](int n) { qek_lists_add_head(&lists, static_cast<qek_word>(n)); },
-        [&] {
-            qek_lists_clone(&lists, nullptr, &copy, nullptr, nullptr);
-            EXPECT_EQ(copy.tail->value, 1U);
-        },
-        qek_lists_free_all, qek_lists_term);
-    qek_lists_term(&copy);
+    qek_lists lists, copied_lists;
     qek_listx blocks;
+    qek_hashd hash, copied_hash; // all in one chain, hung there by hand
+    qek_list_init(&list, 1, 0);
+    qek_lists_init(&lists, 1, 0), qek_lists_init(&copied_lists, 1, 0);
     qek_listx_init(&blocks, 1, 0);
-    expect_million(
-        blocks, blocks.node_pool,
-        [&](int n) { qek_listx_add_tail(&blocks, static_cast<qek_word>(n)); }, [] {},
-        qek_listx_free_all, qek_listx_term);
-    qek_hashd hash, hash_copy; // all in one chain, hung there by hand
-    qek_hashd_init(&hash, 1, 0), qek_hashd_init(&hash_copy, 1, 0);
-    qek_hashd_entry *last = nullptr;
-    expect_million(
-        hash, hash.entry_pool,
-        [&](int n) {
-            if (n == 1) {
-                qek_hashd_insert(&hash, 1, 1), last = qek_hashd_entry_get(&hash, 1);
-            } else {
-                auto *entry = static_cast<qek_hashd_entry *>(qek_pool_new(hash.entry_pool));
-                *entry = *last;
-                last = last->next = entry;
-                entry->key = static_cast<uint32_t>(n), entry->value = static_cast<qek_word>(n);
-            }
-        },
-        [&] {
-            hash.entry_count = million;
-            qek_hashd_clone(&hash, nullptr, &hash_copy, nullptr, nullptr);
-            EXPECT_EQ(qek_hashd_insert(&hash, 0, 0), 1) << "and relinked";
-        },
-        qek_hashd_free_all, qek_hashd_term);
-    EXPECT_EQ(hash_copy.entry_count, million);
-    qek_hashd_term(&hash_copy);
+    qek_hashd_init(&hash, 1, 0), qek_hashd_init(&copied_hash, 1, 0);
+    for (qek_pool *each : {list.node_pool, lists.node_pool, hash.entry_pool}) {
+        each->items_per_block = 8192;
+    }
+    qek_hashd_insert(&hash, 1, 1);
+    auto *last = qek_hashd_entry_get(&hash, 1);
+    for (int n = 1; n <= million; ++n) {
+        const auto value = static_cast<qek_word>(n);
+        qek_list_add_tail(&list, &n, 4, value);
+        qek_lists_add_head(&lists, value);
+        qek_listx_add_tail(&blocks, value);
+        if (n > 1) {
+            auto *entry = static_cast<qek_hashd_entry *>(qek_pool_new(hash.entry_pool));
+            *entry = *last;
+            last = last->next = entry;
+            entry->value = entry->key = static_cast<uint32_t>(n);
+        }
+    }
+    hash.entry_count = million;
+    EXPECT_EQ(qek_list_find(&list, &million, 4), list.tail);
+    qek_lists_clone(&lists, nullptr, &copied_lists, nullptr, nullptr);
+    qek_hashd_clone(&hash, nullptr, &copied_hash, nullptr, nullptr);
+    EXPECT_EQ(qek_hashd_insert(&hash, 0, 0), 1) << "and relinked";
+    qek_list_remove_all(&list);
+    qek_lists_free_all(&lists, add_up), qek_lists_free_all(&copied_lists, add_up);
+    qek_listx_free_all(&blocks, add_up);
+    qek_hashd_free_all(&hash, add_up), qek_hashd_free_all(&copied_hash, add_up);
+    EXPECT_EQ(sum, 5 * gauss);
+    qek_list_term(&list);
+    qek_lists_term(&lists), qek_lists_term(&copied_lists);
+    qek_listx_term(&blocks);
+    qek_hashd_term(&hash), qek_hashd_term(&copied_hash);
 }
 
 } // namespace
