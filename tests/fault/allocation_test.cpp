@@ -221,7 +221,7 @@ char outcome(const session &of, size_t number, int nth, bool and_later, char tol
     return is_unchanged ? 'u' : 's';
 }
 
-TEST(allocation, does_what_is_told_when_it_fails_and_leaks_nothing)
+TEST(allocation_DeathTest, does_what_is_told_when_it_fails_and_leaks_nothing)
 {
     for (const session &each : sessions) {
         records r{};

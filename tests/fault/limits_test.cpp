@@ -107,7 +107,7 @@ void add_up(qek_word value) { sum += value; }
 constexpr int million = 1'000'000;
 
 // Each is filled, copied, walked and freed with little stack.
-TEST(limits, of_the_stack_are_not_met_by_long_lists_and_chains)
+TEST(limits, of_a_small_stack_are_not_met_by_lists_and_chains_a_million_deep)
 {
     const small_stack stack;
     constexpr uint64_t gauss = uint64_t{million} * (million + 1) / 2;
