@@ -210,7 +210,7 @@ typename Policy::page *new_page(typename Policy::tree &tree,
 template <typename Page> void adopt_children(Page &parent) noexcept
 {
     if (is_branch(parent)) {
-        for (std::int32_t at = 0; at < parent.children.count; ++at) {
+        for (std::int32_t at = 0; at < array::slots_in_use(parent.children); ++at) {
             child<Page>(parent.children, at)->parent = &parent;
         }
     }
@@ -413,7 +413,7 @@ qek_word remove(typename Policy::tree &tree, const typename Policy::key &key) no
 template <typename Node, typename Page, typename VisitNode, typename LeavePage>
 void walk(Page &page, VisitNode visit_node, LeavePage leave_page) noexcept
 {
-    for (std::int32_t at = 0; at < page.children.count; ++at) {
+    for (std::int32_t at = 0; at < array::slots_in_use(page.children); ++at) {
         if (is_branch(page)) {
             Page *below = child<Page>(page.children, at);
             walk<Node>(*below, visit_node, leave_page);
@@ -502,7 +502,7 @@ template <typename Policy> void term(typename Policy::tree &tree) noexcept
 template <typename Tree, typename Page> void reset_pools(const Tree &tree, Page &page) noexcept
 {
     page.children.pool = pool_for_children(tree, page);
-    for (std::int32_t at = 0; is_branch(page) && at < page.children.count; ++at) {
+    for (std::int32_t at = 0; is_branch(page) && at < array::slots_in_use(page.children); ++at) {
         Page *below = child<Page>(page.children, at);
         if (is_branch(*below)) {
             reset_pools(tree, *below);
@@ -544,7 +544,7 @@ template <typename Policy> class cloning {
         array::expand(to.children, from.children.capacity);
         to.children.count = from.children.count;
         to.children.pool = pool_for_children(target_, to);
-        for (std::int32_t at = 0; at < from.children.count; ++at) {
+        for (std::int32_t at = 0; at < array::slots_in_use(from.children); ++at) {
             array::set_slot(to.children, at,
                             is_branch(from) ? copied_page(from, at, to) : copied_node(from, at));
         }

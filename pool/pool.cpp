@@ -5,6 +5,7 @@
 
 #include "pool/pool.h"
 
+#include "base/bytes.h"
 #include "base/exchange.h"
 #include "base/growth.h"
 
@@ -23,6 +24,14 @@ void release(qek_pool_table &table) noexcept
     reset(table);
 }
 
+// Without memory it faults here, at the head of the table. The place of a block far behind, off
+// null, can be somebody's.
+void **empty_table(std::int64_t capacity) noexcept
+{
+    constexpr auto entry_size = static_cast<std::int64_t>(sizeof(void *));
+    return static_cast<void **>(take_zeroed(capacity * entry_size));
+}
+
 void make_room_for_block(qek_pool_table &table) noexcept
 {
     if (table.capacity > table.used) {
@@ -30,7 +39,10 @@ void make_room_for_block(qek_pool_table &table) noexcept
     }
     const std::int64_t capacity =
         rounded_up(grown(table.used, table.capacity, 0, pool_table_steps), 4);
-    table.blocks = regrown_units(table.blocks, table.capacity, capacity);
+    void **blocks = empty_table(capacity);
+    move_units(blocks, table.blocks, table.capacity);
+    give_block(table.blocks);
+    table.blocks = blocks;
     table.capacity = static_cast<std::int32_t>(capacity);
 }
 
@@ -59,12 +71,6 @@ int order_by_base(const void *a, const void *b)
 {
     return order_addresses(static_cast<const qek_pool_map_entry *>(a)->block_base,
                            static_cast<const qek_pool_map_entry *>(b)->block_base);
-}
-
-void **empty_table(std::int32_t capacity) noexcept
-{
-    constexpr auto entry_size = static_cast<std::int64_t>(sizeof(void *));
-    return static_cast<void **>(take_zeroed(capacity * entry_size));
 }
 
 void clone_items(const qek_pool &source, qek_pool &target) noexcept

@@ -3,7 +3,7 @@
 include(cmake/googletest.cmake)
 
 # The test program holds the static library, so that it reaches the parts that are not exported, in a
-# copy that calls the fault injector (support/allocations.h) instead of malloc.
+# copy that calls the fault injector (support/allocations.h) instead of malloc and free.
 set(watched ${CMAKE_CURRENT_BINARY_DIR}/libqek_std_watched.a)
 set(prefix "")
 if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
@@ -11,6 +11,7 @@ if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4)
 endif()
 add_custom_command(OUTPUT ${watched}
     COMMAND ${CMAKE_OBJCOPY} --redefine-sym ${prefix}malloc=${prefix}watched_malloc
+            --redefine-sym ${prefix}free=${prefix}watched_free
             $<TARGET_FILE:qek_std_static> ${watched}
     DEPENDS qek_std_static VERBATIM)
 add_executable(qek_tests
@@ -19,6 +20,7 @@ add_executable(qek_tests
     base/mem_test.cpp base/str_test.cpp
     bits/bits_test.cpp
     btree/btree_test.cpp
+    fault/allocation_test.cpp fault/limits_test.cpp
     hash/hash_test.cpp
     list/list_test.cpp list/listx_test.cpp
     pool/iter_test.cpp pool/pool_check.cpp pool/pool_test.cpp
@@ -37,6 +39,19 @@ if(NOT QEK_SANITIZE)
         COMMAND ${tools} ${CMAKE_CURRENT_SOURCE_DIR}/exports/check_calls.sh
                 ${qek_exports} $<TARGET_OBJECTS:qek_tests>
         COMMAND_EXPAND_LISTS)
+endif()
+
+# The shared library in a program in which a preloaded library refuses its allocations.
+if(UNIX AND NOT APPLE AND NOT CMAKE_CROSSCOMPILING AND NOT QEK_SANITIZE)
+    add_library(qek_refuse MODULE fault/refuse.c)
+    add_executable(qek_fault_session fault/session.c)
+    foreach(target qek_refuse qek_fault_session)
+        target_link_libraries(${target} PRIVATE qek_flags ${CMAKE_DL_LIBS})
+    endforeach()
+    target_link_libraries(qek_fault_session PRIVATE qek_std)
+    add_test(NAME fault.preload
+        COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/fault/check_preload.sh
+                $<TARGET_FILE:qek_refuse> $<TARGET_FILE:qek_fault_session>)
 endif()
 
 # The examples of the header, compiled and run against the shared library as a C program.

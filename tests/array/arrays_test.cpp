@@ -8,7 +8,6 @@
 
 #include <gmock/gmock.h>
 
-#include <limits>
 #include <tuple>
 
 namespace {
@@ -23,24 +22,6 @@ struct words : qek_arrays {
     words &operator=(const words &) = delete;
     std::vector<qek_word> storage() const { return {slots, slots + capacity}; }
 };
-
-TEST(arrays, grow_by_half_of_the_count_within_bounds)
-{
-    constexpr int too_much = std::numeric_limits<int>::max();
-    const int cases[][4] = {{0, 0, -3, 0},
-                            {18, 20, 21, 32},
-                            {131070, 131072, 131073, 196608},
-                            {1000000, 1000000, 1000001, 1065536},
-                            {4, 8, too_much, 8}};
-    for (const auto &[count, capacity, want, grown] : cases) {
-        words array;
-        qek_arrays_expand(&array, capacity);
-        array.count = count;
-        const allocations watch;
-        EXPECT_EQ(qek_arrays_expand(&array, want), want == too_much ? 0 : 1);
-        EXPECT_EQ(tuple(array.capacity, watch.count()), tuple(grown, grown > capacity ? 1 : 0));
-    }
-}
 
 TEST(arrays, without_an_order_only_append)
 {

@@ -264,16 +264,13 @@ TEST(hash, shows_a_change_of_case_rules_in_look_ups_only)
     EXPECT_EQ(qek_hash_find(&table, "Q", 1) + qek_hash_insert(&table, "q", 1, 4), 0);
 }
 
-TEST(hash_DeathTest, missing_pools_and_exhaustion_fault)
+TEST(hash_DeathTest, missing_pools_fault)
 {
     if (!can_fork) {
         GTEST_SKIP() << "needs fork";
     }
     qek_hash table;
-    EXPECT_DEATH((allocations(1, true), qek_hash_init(&table, 1, 0)), "");
-    EXPECT_DEATH((allocations(1, true), qek_hash_init(&table, 0, 1)), "");
     qek_hash_init(&table, 1, 0);
-    EXPECT_DEATH((allocations(1, true), qek_hash_insert(&table, "", 0, 1)), "");
     qek_word value = 0;
     EXPECT_DEATH(qek_hash_set(&table, "", 0, &value, nullptr), "");
     qek_hash_term(&table);

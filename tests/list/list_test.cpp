@@ -372,15 +372,6 @@ TEST_F(keyed_list, moves_the_keys_behind_a_removed_one_down)
     EXPECT_THAT(offsets, testing::ElementsAre(0, 1, 1, 1));
 }
 
-TEST_F(keyed_list, stores_an_empty_key_when_memory_runs_out)
-{
-    qek_list_add_tail(&list, "a", 1, 1);
-    const allocations failing(1, true);
-    EXPECT_EQ(qek_list_add_head(&list, std::string(999, 'x').data(), 999, 7)->key_length, 0);
-    EXPECT_TRUE(failing.any_failed() && list_fault(list).empty());
-    EXPECT_EQ(qek_list_find(&list, nullptr, -1), list.head);
-}
-
 TEST_F(keyed_list, is_read_from_text_and_written_as_text)
 {
     const std::string x(40, 'x');

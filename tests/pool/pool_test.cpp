@@ -3,7 +3,6 @@
 
 #include "pool/pool_check.h"
 #include "support/allocations.h"
-#include "support/platform.h"
 #include "support/random.h"
 
 #include <gmock/gmock.h>
@@ -221,38 +220,6 @@ TEST(pool_check, rejects_each_broken_invariant)
         corrupt(pool);
         EXPECT_THAT(pool_fault(pool), testing::StartsWith(fault));
         static_cast<qek_pool &>(pool) = kept;
-    }
-}
-
-TEST(pool_DeathTest, every_exhaustion_faults)
-{
-    if (!qek_test::can_fork) {
-        GTEST_SKIP() << "needs fork";
-    }
-    // On four full blocks with one item freed; with the number of allocations.
-    const std::pair<int, void (*)(test_pool &)> cases[] = {
-        {2, [](test_pool &) { (new test_pool)->take(); }},
-        {2, [](test_pool &pool) { pool.take(2); }},
-        {2, [](test_pool &pool) { qek_pool_free(new test_pool, &pool); }},
-        {1, [](test_pool &pool) { qek_pool_map(&pool); }},
-        {7,
-         [](test_pool &pool) {
-             const std::vector<qek_pool_map_entry> map(4, {0, pool.items.blocks[0]});
-             qek_pool_clone(&pool, map.data(), new test_pool);
-         }},
-    };
-    for (const auto &each : cases) {
-        test_pool pool;
-        qek_pool_free(&pool, pool.take(64));
-        const auto attempt = [&](int nth) {
-            const allocations faults(nth, true);
-            each.second(pool);
-            std::_Exit(faults.count() == each.first ? 0 : 1);
-        };
-        EXPECT_EXIT(attempt(0), testing::ExitedWithCode(0), "") << &each - cases;
-        for (int nth = 1; nth <= each.first; ++nth) {
-            EXPECT_DEATH(attempt(nth), "") << &each - cases << ", allocation " << nth;
-        }
     }
 }
 

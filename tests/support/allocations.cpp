@@ -23,6 +23,14 @@ struct watch {
 };
 
 watch current;
+long blocks;
+
+void *taken(std::size_t size)
+{
+    void *block = std::malloc(size);
+    blocks += block != nullptr;
+    return block;
+}
 
 // All calls of the whole run, so that runs of differently built libraries can be compared.
 std::uint64_t calls, digest;
@@ -37,13 +45,20 @@ const auto *const reported = testing::AddGlobalTestEnvironment(new report);
 } // namespace
 
 extern "C" void *watched_malloc(std::size_t size);
+extern "C" void watched_free(void *block);
+
+extern "C" void watched_free(void *block)
+{
+    blocks -= block != nullptr;
+    std::free(block);
+}
 
 extern "C" void *watched_malloc(std::size_t size)
 {
     ++calls;
     digest = (digest ^ size) * 0x100000001B3;
     if (!current.on) {
-        return std::malloc(size);
+        return taken(size);
     }
     if (static_cast<std::size_t>(current.count) < current.sizes.size()) {
         current.sizes[static_cast<std::size_t>(current.count)] = size;
@@ -55,7 +70,7 @@ extern "C" void *watched_malloc(std::size_t size)
         current.failed = true;
         return nullptr;
     }
-    return std::malloc(size);
+    return taken(size);
 }
 
 namespace qek_test {
@@ -73,6 +88,8 @@ allocations::~allocations() { current.on = false; }
 int allocations::count() const { return current.count; }
 
 bool allocations::any_failed() const { return current.failed; }
+
+long allocations::live() { return blocks; }
 
 std::vector<std::size_t> allocations::sizes() const
 {

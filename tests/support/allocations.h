@@ -2,8 +2,8 @@
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
 // Watching and failing the library's calls of malloc. The copy of the library that the tests link
-// with calls `watched_malloc` instead; while no `allocations` object lives, every call goes straight
-// on.
+// with calls `watched_malloc` and `watched_free` instead; while no `allocations` object lives, every
+// call goes straight on.
 #pragma once
 
 #include <cstddef>
@@ -23,6 +23,7 @@ class allocations {
     int count() const;                      // calls since the object was made
     bool any_failed() const;                // whether one of them was failed
     std::vector<std::size_t> sizes() const; // the sizes asked for, at most the first 64
+    static long live();                     // blocks taken in the whole run and not given back
 };
 
 } // namespace qek_test

@@ -8,15 +8,33 @@
 
 #if !defined(_WIN32)
 #include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #endif
+
+#include <csignal>
 
 namespace qek_test {
 
 // Faults are seen in a forked child. Where there is none, the test is skipped.
 #if defined(_WIN32)
 constexpr bool can_fork = false;
+bool faults(auto) { return false; }
 #else
 constexpr bool can_fork = true;
+bool faults(auto act)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        close(STDERR_FILENO);
+        std::signal(SIGSEGV, SIG_DFL); // and no sanitizer's report
+        act();
+        _exit(0);
+    }
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    return status != 0;
+}
 #endif
 
 // Leaves 256 KiB to the stack while it lives, where the platform can change that.
