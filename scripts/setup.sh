@@ -24,7 +24,7 @@ is_there() { # PACKAGE
     wine64) PATH=$PATH:/usr/lib/wine type wine64 ;;
     g++-*-linux-gnu) type "${1#g++-}"-{gcc,g++} ;;
     qemu-user) type qemu-{s390x,ppc,aarch64} ;;
-    clang-format | clang-tidy | debootstrap | shellcheck) type "$1" ;;
+    clang-format | clang-tidy | debootstrap | gcovr | shellcheck) type "$1" ;;
     *) return 1 ;;
     esac >/dev/null 2>&1
 }
