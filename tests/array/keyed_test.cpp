@@ -501,6 +501,10 @@ TEST(arrays_of_texts, move_a_slot_whose_empty_key_is_replaced)
     for (const auto *key : {"ab", "", "cd"}) {
         qek_array_append(&array, key, -1, 5);
     }
+    {
+        const allocations faults(1, true);
+        EXPECT_EQ(qek_array_set_at(&array, 1, std::string(99, 'z').c_str(), 99, 6), 0U);
+    }
     EXPECT_EQ(qek_array_set_at(&array, 1, "xyz", 3, 6), 5U);
     EXPECT_EQ(tuple(text_of(array.keys), array_fault(array)), tuple("abxyzcd", "hole"));
     EXPECT_EQ(tuple(array.slots[1].key_offset, array.slots[1].key_length), tuple(5U, 3));
