@@ -114,11 +114,8 @@ template <typename Slot, typename Order, typename Direction> class sorting {
 
     void skip_equal(std::int32_t &down, std::int32_t mid, std::int32_t low) noexcept
     {
-        ++down;
-        if (mid < down) {
-            do {
-                --down;
-            } while (down > mid && same(down, mid));
+        while (down > mid && same(down, mid)) {
+            --down;
         }
         if (mid >= down) {
             do {

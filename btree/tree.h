@@ -240,7 +240,7 @@ void put_beside(const typename Policy::tree &tree, qek_arrays &siblings,
 {
     const array::place at =
         locate<Policy, typename Policy::page>(tree, siblings, Policy::key_of(tree, *page));
-    if (!at.found) {
+    if (!at.found) { // GCOVR_EXCL_BR_LINE: no sibling has its high key while the key type stays
         array::insert_at(siblings, at.index, pool::word_of(page));
     }
 }
@@ -353,11 +353,12 @@ qek_word update(typename Policy::tree &tree, const typename Policy::key &key,
     return pool::replace_value(find<Policy>(tree, key), value);
 }
 
+// Of one of the children.
 template <typename Page>
 std::int32_t index_of(const qek_arrays &children, const Page *page) noexcept
 {
     std::int32_t at = children.count - 1;
-    while (at >= 0 && child<Page>(children, at) != page) {
+    while (child<Page>(children, at) != page) {
         --at;
     }
     return at;
@@ -369,7 +370,7 @@ template <typename Policy>
 void drop_empty(typename Policy::tree &tree, typename Policy::page *page) noexcept
 {
     auto *parent = page->parent;
-    if (parent == nullptr || parent->children.count == 0) {
+    if (parent == nullptr) {
         return;
     }
     array::shift_down(parent->children, index_of(parent->children, page));

@@ -24,6 +24,12 @@ if(QEK_SANITIZE)
     target_link_options(qek_flags INTERFACE ${sanitizers})
 endif()
 
+# Counted without optimisation, so that a branch of the text is one of the code.
+if(QEK_COVERAGE)
+    target_compile_options(qek_flags INTERFACE -O0 --coverage -fprofile-update=atomic)
+    target_link_options(qek_flags INTERFACE --coverage)
+endif()
+
 # 32-bit x86 computes in double, not in the wider registers of the old unit, so that every platform
 # gets the same last bits.
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86|i.86|AMD64" AND CMAKE_SIZEOF_VOID_P EQUAL 4)

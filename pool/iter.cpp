@@ -15,11 +15,10 @@ using namespace qek;
 
 namespace {
 
+// Of a pool that has any.
 std::int32_t freed_count(const qek_pool &pool) noexcept
 {
-    return pool.freed.used == 0
-               ? 0
-               : (pool.freed.used - 1) * pool.items_per_block + pool.freed.next_slot;
+    return (pool.freed.used - 1) * pool.items_per_block + pool.freed.next_slot;
 }
 
 void *item_in(const void *entry) noexcept { return *static_cast<void *const *>(entry); }

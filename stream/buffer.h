@@ -144,7 +144,7 @@ void overwrite(typename Form::record &record, std::int32_t position,
                const typename Form::unit *units, std::int32_t count) noexcept
 {
     const std::int64_t room = wide(Form::overwrite_end(record)) - position;
-    if (position >= 0 && room > 0) {
+    if (room > 0) {
         move_units(record.data + position, units, smaller(wide(count), room));
     }
 }

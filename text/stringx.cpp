@@ -44,7 +44,10 @@ bool trim(qek_stringx &view) noexcept
         return cut(view, view.offset, 0);
     }
     const std::int32_t length = kept.last - kept.first + 1;
-    return length != view.length && cut(view, kept.first, length);
+    if (length == view.length) {
+        return false;
+    }
+    return cut(view, kept.first, length);
 }
 
 std::uint8_t get_at(const qek_stringx &view, std::int32_t index) noexcept

@@ -50,10 +50,7 @@ struct side_walk {
         return at->equal;
     }
 
-    static bool is_chained(const entry *at) noexcept
-    {
-        return at->parent != nullptr && at->parent->equal == at;
-    }
+    static bool is_chained(const entry *at) noexcept { return at->parent->equal == at; }
 
     // Everything below `at`, a side of its parent, is done: the next entry of which that is true.
     static entry *after(const entry *at) noexcept

@@ -39,7 +39,7 @@ struct ring_walk {
         while (at != &top) {
             entry *parent = at->parent;
             entry *next = at->next;
-            const bool goes_up = next == nullptr || next == parent->first_child;
+            const bool goes_up = next == parent->first_child;
             visit(*at);
             at = goes_up ? parent : deepest_first(next);
         }
@@ -126,7 +126,7 @@ entry *previous_sibling(const entry *at) noexcept
 entry *next_outside(const entry *top, const entry *at) noexcept
 {
     while (at != top && at->parent != nullptr) {
-        if (at->next != nullptr && !is_last(at)) {
+        if (!is_last(at)) {
             return at->next;
         }
         at = at->parent;

@@ -451,6 +451,27 @@ TYPED_TEST(array_families, sort_longer_arrays_in_the_told_steps)
     }
 }
 
+TYPED_TEST(array_families, keep_the_count_of_a_clone_that_found_no_memory)
+{
+    using array = family<TypeParam>;
+    array source, target;
+    for (const std::uint32_t value : {9U, 8U, 7U}) {
+        source.template call<append>(key_of<typename TypeParam::key>(value, value),
+                                     qek_word{value});
+    }
+    if constexpr (array::has_pairs) {
+        source.template call<sort_by_value>(1, nullptr); // changes nothing
+        EXPECT_EQ(source.template fetch<get_first>().value, 9U);
+    }
+    {
+        const allocations faults(1, true);
+        source.template call<clone>(nullptr, &target, nullptr, nullptr);
+    }
+    EXPECT_EQ(tuple(target.count, target.slots == nullptr), tuple(3, true));
+    EXPECT_EQ(target.template fetch<remove_at>(1).value, 0U);
+    EXPECT_EQ(target.count, 0);
+}
+
 std::string text_of(const auto &stream) { return {stream.data, stream.data + stream.length}; }
 
 TEST(arrays_of_texts, measure_lengths_by_three_rules)
@@ -479,6 +500,10 @@ TEST(arrays_of_texts, move_a_slot_whose_empty_key_is_replaced)
     family<texts> array;
     for (const auto *key : {"ab", "", "cd"}) {
         qek_array_append(&array, key, -1, 5);
+    }
+    {
+        const allocations faults(1, true);
+        EXPECT_EQ(qek_array_set_at(&array, 1, std::string(99, 'z').c_str(), 99, 6), 0U);
     }
     EXPECT_EQ(qek_array_set_at(&array, 1, "xyz", 3, 6), 5U);
     EXPECT_EQ(tuple(text_of(array.keys), array_fault(array)), tuple("abxyzcd", "hole"));

@@ -28,6 +28,8 @@ TEST(bits, of_a_byte_are_numbered_from_the_most_significant)
 TEST(bits, grow_by_1024_bytes_or_to_the_byte_needed)
 {
     qek_bits bits{nullptr, 9, 77}, target{nullptr, 0, 0};
+    qek_bits_insert(&bits, 3, 1); // into bytes that are not there
+    EXPECT_TRUE(bits.data == nullptr && bits.size == 9 && qek_bits_find(&bits, 3) == 0);
     qek_bits_init(&bits);
     qek_bits_zero(&bits);
     EXPECT_EQ(qek_bits_expand(&bits, 0), 1);

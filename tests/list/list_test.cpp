@@ -218,6 +218,7 @@ TYPED_TEST(lists, take_what_the_pools_give)
     run<remove_all>(list);
     EXPECT_EQ(list.value_pool->live_count, has_keys<TypeParam> ? 1 : 0);
     EXPECT_EQ(run<remove_head>(list) + run<remove_tail>(list), 0U);
+    EXPECT_EQ(run<remove_at>(list, position), 0U) << "not looked at in an empty list";
     run<term>(list);
 }
 

@@ -83,6 +83,9 @@ TEST_F(unrolled_list, leaves_words_behind_in_a_block_but_not_in_a_new_one)
         list.head->used = used;
         EXPECT_EQ(list_fault(list), "used");
     }
+    list.head->used = 0;
+    EXPECT_EQ(qek_listx_remove_head(&list) + qek_listx_remove_tail(&list), 0U);
+    EXPECT_TRUE(list.count == 1 && list.head->items[0] == 7);
 }
 
 // No item is the word 0. Without a block no item is taken.

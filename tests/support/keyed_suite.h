@@ -357,7 +357,7 @@ TYPED_TEST_P(keyed_suite, clones_own_pools_and_translates_values)
     }
     modelled<family> source(true, false), copy(true, false);
     source.store(0, 7);
-    family::clone(&source, nullptr, &copy, nullptr, note_copy);
+    family::clone(&source, &source.lent_values, &copy, nullptr, note_copy);
     EXPECT_EQ(copy.value_pool, &source.lent_values);
     EXPECT_EQ(copy.values(), source.values());
     EXPECT_EQ(family::slots_of(copy).capacity, family::slots_of(source).capacity);

@@ -224,6 +224,7 @@ TEST(char_slice, is_measured_when_asked)
     EXPECT_EQ(qek_char_is_empty(&nothing), 1);
     EXPECT_EQ(qek_char_compare(&nothing, nullptr, 5), 0);
     EXPECT_EQ(qek_char_find_char_pos(&nothing, 'a', -2), -1);
+    EXPECT_EQ(qek_char_find(&nothing, "a", 1), -1);
     EXPECT_EQ(qek_char_length(&nothing), 0);
     EXPECT_EQ(nothing.length, 0);
 }

@@ -252,8 +252,10 @@ TEST(convert, formats_in_the_room_of_its_estimate)
     expect_format(-1, "%%%s", "ab");
     expect_format(-1, "%%S %s", "ab");
     expect_format(-1, "%%%%s%s %s", "ab", "cd");
+    expect_format(2 * 32, "%y|%s", "ab"); // behind what is not known, no text is measured
     // What the runtime refuses leaves an empty text.
     expect_format(0, "%", 0);
+    expect_format(32, "%5", 0);
     expect_format(3, "ab%s%", "abc");
     expect_format(32, "ab%lc", 0x7FFFFFFF);
 }

@@ -115,6 +115,8 @@ TEST(stringx, is_aimed_at_texts_and_reads_its_span_only)
     qek_stringx_shrink(&view);
     EXPECT_EQ(view, (qek_stringx{text, 0, 0}));
     EXPECT_EQ(qek_stringx_is_empty(&view), 1);
+    view = {nullptr, 4, 3};
+    EXPECT_EQ(qek_stringx_find_char(&view, 'a') + qek_stringx_compare(&view, "a", 1), -2);
     qek_stringx_term(&other);
     EXPECT_EQ(other, qek_stringx{});
 }

@@ -109,6 +109,9 @@ struct general_tree : testing::Test {
         const auto entry_at = [&](auto at) { return at == end ? nullptr : at->second; };
         ASSERT_EQ(qek_tree_entry_iter_next(top, each), entry_at(++place));
         ASSERT_EQ(qek_tree_entry_find_next(top, each), entry_at(after));
+        if (top == &tree.root) { // which ends what no other top does
+            ASSERT_EQ(qek_tree_entry_find_next(nullptr, each), entry_at(after));
+        }
         while (place != end && place->second->value % a != b) {
             ++place;
         }
@@ -218,8 +221,8 @@ TEST_F(general_tree, finds_and_builds_paths)
 // Links from outside keep naming the same records.
 TEST_F(general_tree, exchanges_two_records_and_settles_their_children)
 {
-    entry *root = &tree.root, *a, *b, *c, *d;
-    for (auto [made, parent] : {std::pair(&a, &root), {&b, &root}, {&c, &a}, {&d, &b}}) {
+    entry *root = &tree.root, *a, *b, *c, *d, *e;
+    for (auto [made, parent] : {std::pair(&a, &root), {&b, &root}, {&c, &a}, {&d, &b}, {&e, &b}}) {
         *made = qek_tree_entry_new(&tree);
         qek_tree_entry_append(&tree, *parent, *made);
     }
@@ -227,8 +230,8 @@ TEST_F(general_tree, exchanges_two_records_and_settles_their_children)
     qek_tree_entry_swap(b, c);
     EXPECT_TRUE(c->parent == root && c->first_child == d && c->prev == a && c->next == a);
     EXPECT_TRUE(b->parent == a && b->first_child == nullptr && b->prev == c && b->next == c);
-    EXPECT_TRUE(c->value == 2 && b->value == 0 && d->parent == c);
-    EXPECT_TRUE(a->first_child == c && a->next == b && a->prev == b && d->next == d);
+    EXPECT_TRUE(c->value == 2 && b->value == 0 && d->parent == c && e->parent == c);
+    EXPECT_TRUE(a->first_child == c && a->next == b && a->prev == b && d->next == e);
 }
 
 } // namespace

@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+# coverage.sh: runs the tests with counters, and prints how many of the library's lines and branches
+# ran; fails below all of them. A report is left in build/coverage/report. What is not counted is
+# marked at its place, by gcovr's EXCL comments with a reason behind.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+# shellcheck source=scripts/setup.sh
+. "$root/scripts/setup.sh"
+require_packages "${packages_to_test[@]}" gcovr
+
+build=$root/build/coverage
+report=$build/report
+mkdir -p "$root/build"
+configure "$root/build/configure.log" -S "$root" --preset coverage
+cmake --build "$build"
+find "$build" -name '*.gcda' -delete # the counts of runs before
+export QEK_TEST_SEED=1                # the same steps every time, so that the figures stay
+ctest --test-dir "$build" --output-on-failure -j "$(nproc)"
+
+# The folders of the objects are named, so that cmake's own trials are not looked at.
+rm -rf "$report"
+mkdir -p "$report"
+cd "$root"
+gcovr --root . --filter '(base|stream|text|pool|array|bits|hash|btree|list|tree)/' \
+    --exclude-throw-branches --exclude-unreachable-branches \
+    --html-details "$report/index.html" --txt "$report/lines.txt" --print-summary \
+    "$build"/CMakeFiles/*.dir "$build"/tests/CMakeFiles/*.dir | tee "$report/summary.txt"
+
+figure() { # WHAT: prints its percentage, rounded down; fails below all
+    local covered total
+    read -r covered total < <(sed -nE "s/^$1: .*\(([0-9]+) out of ([0-9]+)\)$/\1 \2/p" \
+        "$report/summary.txt")
+    printf '%s %d.%d %%\n' "$1" $((covered * 100 / total)) $((covered * 1000 / total % 10))
+    [[ $covered -eq $total ]]
+}
+
+result=0
+figure lines || result=1
+figure branches || result=1
+exit "$result"
