@@ -17,6 +17,7 @@ Sets up what is missing, builds below build/, and runs every test. The last line
                      windows, windows-i686             DLLs for 64 and for 32 bits, run by wine
                      s390x, powerpc, aarch64           run by qemu; the first two big-endian
                      levels                            every level of optimisation alike
+                     fuzz                              each fuzz target for a minute
                      lint                              format, static analysis, scripts, header
                      demo, outline                     the commands and examples, with bad input
   --help           print this text
@@ -39,7 +40,7 @@ wrong() {
 # The rows of the table. Each name is followed by the packages that it needs beyond those of the
 # default row.
 rows=(default clang sanitize clang-sanitize m32 m32-clang m32-sanitize
-    windows windows-i686 s390x powerpc aarch64 levels lint demo outline)
+    windows windows-i686 s390x powerpc aarch64 levels fuzz lint demo outline)
 declare -A needs=(
     [clang]=clang
     [clang-sanitize]="clang libclang-rt-14-dev"
@@ -52,6 +53,7 @@ declare -A needs=(
     [powerpc]="g++-powerpc-linux-gnu qemu-user"
     [aarch64]="g++-aarch64-linux-gnu qemu-user"
     [levels]=clang
+    [fuzz]="clang libclang-rt-14-dev"
     [lint]="clang g++-12-multilib clang-format clang-tidy shellcheck"
 )
 
@@ -133,6 +135,7 @@ run() { # ROW
     case $1 in
     windows-i686) run_windows_i686 ;;
     levels) "$root/tests/platform/check_levels.sh" ;;
+    fuzz) "$root/fuzz/run.sh" ;;
     lint) configure_preset default && "$root/scripts/lint.sh" ;;
     demo) "$demo/check_demo.sh" ;;
     outline) "$demo/check_outline.sh" ;;
