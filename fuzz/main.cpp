@@ -11,36 +11,27 @@
 
 #include <gmock/gmock.h>
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 
 namespace {
 
 using qek_test::random_numbers;
 
-int replay(int count, char **paths)
+int replay(std::span<char *> paths)
 {
-    for (int number = 0; number < count; ++number) {
-        const std::string path = paths[number];
-        const auto end = path.find_last_of('/'), start = path.find_last_of('/', end - 1);
-        if (std::getenv("QEK_FUZZ_TARGET") == nullptr) {
-            qek_fuzz::target = path.substr(start + 1, end - start - 1);
-        }
-        std::FILE *file = std::fopen(path.c_str(), "rb");
-        if (file == nullptr) {
-            std::perror(path.c_str());
-            return 1;
-        }
-        std::printf("%s\n", path.c_str());
+    const bool is_told = !qek_fuzz::target.empty();
+    for (const std::string path : paths) {
+        const auto end = path.find_last_of('/'), start = path.find_last_of('/', end - 1) + 1;
+        qek_fuzz::target = is_told ? qek_fuzz::target : path.substr(start, end - start);
+        std::ifstream file(path, std::ios::binary);
+        const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+        std::printf("%s, %zu bytes\n", path.c_str(), bytes.size());
         std::fflush(stdout);
-        std::vector<std::uint8_t> bytes(1 << 20);
-        bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file));
-        bytes.shrink_to_fit(); // a read behind them is to show
-        std::fclose(file);
-        LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
     }
-    std::printf("%d files replayed\n", count);
     return 0;
 }
 
@@ -55,19 +46,13 @@ int soak(std::uint64_t operations)
         }
     }
     GTEST_FLAG_SET(filter, filter);
-    GTEST_FLAG_SET(brief, true);
     random_numbers::length = 20;
-    const auto begin = std::chrono::steady_clock::now();
-    int passes = 0;
-    for (; random_numbers::operations < operations; ++passes) {
-        if (RUN_ALL_TESTS() != 0) {
-            return 1;
-        }
+    int result = 0;
+    while (random_numbers::operations < operations && result == 0) {
+        result = RUN_ALL_TESTS();
     }
-    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
-    std::printf("%llu operations in %.0f seconds, %d passes\n",
-                static_cast<unsigned long long>(random_numbers::operations), took.count(), passes);
-    return 0;
+    std::printf("%.0f operations done\n", static_cast<double>(random_numbers::operations));
+    return result;
 }
 
 } // namespace
@@ -77,6 +62,6 @@ int main(int count, char **arguments)
     testing::InitGoogleMock(&count, arguments);
     const char *operations = std::getenv("QEK_SOAK");
     return operations != nullptr ? soak(std::strtoull(operations, nullptr, 10))
-           : count > 1           ? replay(count - 1, arguments + 1)
+           : count > 1           ? replay({arguments + 1, arguments + count})
                                  : RUN_ALL_TESTS();
 }

@@ -34,7 +34,7 @@ fuzz() { # TARGET: starts from the corpus and from what earlier runs reached
     mkdir -p "$work" "$root/build/fuzz/reached/$1"
     rm -f "$work"/*
     cd "$work"
-    export QEK_FUZZ_TARGET=$1 UBSAN_OPTIONS=print_stacktrace=1
+    export QEK_FUZZ_TARGET=$1 ASAN_OPTIONS=quarantine_size_mb=16 UBSAN_OPTIONS=print_stacktrace=1
     if "$program" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -detect_leaks=0 \
         -max_len=2048 -print_final_stats=1 "$root/build/fuzz/reached/$1" "$root/fuzz/corpus/$1" \
         >log 2>&1; then

@@ -4,31 +4,17 @@
 # processors. Fails at the first difference from a model, broken structure or block that is left.
 set -euo pipefail
 
-operations=${1:-200000000}
-if [[ ! $operations =~ ^[1-9][0-9]*$ ]]; then
-    echo "usage: fuzz/soak.sh [OPERATIONS]" >&2
-    exit 2
-fi
-root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-cd "$root"
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
 mkdir -p build/soak
-if ! { cmake --preset default && cmake --build build/default --target qek_tests; } \
-    >build/soak/build.log 2>&1; then
-    cat build/soak/build.log
-    exit 1
-fi
+{ cmake --preset default && cmake --build build/default --target qek_tests; } >build/soak/build.log ||
+    { cat build/soak/build.log && exit 1; }
 cd build/soak
-processors=$(nproc)
-started=()
-for ((number = 0; number < processors; ++number)); do
-    QEK_SOAK=$(((operations + processors - 1) / processors)) ../default/tests/qek_tests \
-        >"$number.log" 2>&1 &
-    started+=($!)
-done
+rm -f ./*.log
+share=$(((${1:-200000000} + $(nproc) - 1) / $(nproc)))
 result=0
-for number in "${!started[@]}"; do
-    wait "${started[$number]}" || { result=1 && cat "$number.log"; }
-done
-awk -v seconds=$SECONDS '/ operations in / { sum += $1 }
-    END { printf "%d operations in %d seconds\n", sum, seconds }' ./*.log
+# shellcheck disable=SC2016 # expanded by the shell that is started
+seq "$(nproc)" | QEK_SOAK=$share xargs -P "$(nproc)" -I{} bash -c \
+    '../default/tests/qek_tests >"$1.log" 2>&1 || { cat "$1.log" && exit 1; }' soak {} || result=1
+sed -n 's/ operations done$//p' ./*.log |
+    awk -v seconds=$SECONDS '{ sum += $1 } END { print sum " operations, " seconds " seconds" }'
 exit $result

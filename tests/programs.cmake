@@ -24,10 +24,10 @@ add_library(qek_test_objects OBJECT
     hash/hash_test.cpp
     list/list_test.cpp list/listx_test.cpp
     pool/iter_test.cpp pool/pool_check.cpp pool/pool_test.cpp
-    stream/compact_test.cpp stream/fields_test.cpp stream/stream_test.cpp
+    stream/compact_test.cpp stream/fields_test.cpp stream/readers_test.cpp stream/stream_test.cpp
     text/char_test.cpp text/convert_test.cpp text/owned_test.cpp text/stringx_test.cpp
     tree/bitree_test.cpp tree/tree_test.cpp tree/walks_test.cpp
-    ../fuzz/driver.cpp ../fuzz/readers_test.cpp
+    ../fuzz/driver.cpp
     ${index}/index_read.c ${index}/index_write.c ${index}/table.c ${index}/text.c)
 target_include_directories(qek_test_objects PUBLIC ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}
                                                    ${PROJECT_SOURCE_DIR}/include)

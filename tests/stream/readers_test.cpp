@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+
 extern "C" {
 #include "examples/word_index/index.h"
 int complain(const char *format, ...); // of the example's report.c, silent here
@@ -31,37 +34,21 @@ struct index_file : word_table {
         table_term(this);
         std::remove(path.c_str());
     }
-    std::string content() const
-    {
-        std::string all(10000, '\0');
-        std::FILE *file = std::fopen(path.c_str(), "rb");
-        all.resize(std::fread(all.data(), 1, all.size(), file));
-        std::fclose(file);
-        return all;
-    }
-    void write(const std::string &all) const
-    {
-        std::FILE *file = std::fopen(path.c_str(), "wb");
-        std::fwrite(all.data(), 1, all.size(), file);
-        std::fclose(file);
-    }
 };
 
 std::string sound_index()
 {
     index_file file;
     std::uint32_t position = 0;
-    for (const char *name : {"one", "", "three"}) {
-        table_add_text(&file, name)->bytes = 40000;
-        for (const char *word : {"harbour", "a", "\xC3\xA4", "a", name[0] == 0 ? "z" : name}) {
-            table_add(&file, reinterpret_cast<const std::uint8_t *>(word), qek_str_chr(word, 0),
-                      position += 7000);
-        }
-        file.bytes += 40000;
+    for (const char *word : {"harbour", "a", "\xC3\xA4", "a", "z", "harbour"}) {
+        table_add_text(&file, word)->bytes = 8000;
+        table_add(&file, reinterpret_cast<const std::uint8_t *>(word), qek_str_chr(word, 0),
+                  position += 7000);
+        file.bytes += 8000;
     }
-    table_close(&file);
     EXPECT_EQ(index_write(file.path.c_str(), &file), 1);
-    return file.content();
+    std::ifstream stream(file.path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 // A sound index, edited byte by byte. Its frame is mended mostly, so that the fields are looked at.
@@ -72,10 +59,8 @@ TEST(readers, index_of_any_bytes_is_taken_whole_or_not_at_all)
     std::string bytes = sound;
     for (int step = 0; random.goes_on(step, 2000); ++step) {
         bytes = random.one_in(8) || bytes.size() < 30 ? sound : bytes;
-        const auto at = random.below(bytes.size());
-        const auto byte = static_cast<char>(random.below(256));
-        const auto edit = random.below(4);
-        edit < 2 ? bytes.replace(at, 1, edit, byte) : bytes.insert(at, edit - 2, byte);
+        const auto at = random.below(bytes.size()), edit = random.below(4);
+        bytes.replace(at, edit < 2, edit % 2, static_cast<char>(random.below(256)));
         if (!random.one_in(16)) {
             qek_stream frame{reinterpret_cast<std::uint8_t *>(bytes.data()),
                              static_cast<std::int32_t>(bytes.size()), 0};
@@ -85,16 +70,14 @@ TEST(readers, index_of_any_bytes_is_taken_whole_or_not_at_all)
         }
         index_file file;
         index_summary found{};
-        file.write(bytes);
-        std::uint32_t words = 0;
+        std::ofstream(file.path, std::ios::binary) << bytes;
         const bool is_taken = index_check(file.path.c_str(), &file, &found) != 0;
+        std::uint32_t words = 0;
         const auto *node = qek_btree_node_first(&file.vocabulary);
         for (; node != nullptr; node = node->next) {
             words += table_word(node)->count;
         }
-        ASSERT_LE(words, found.words);
-        ASSERT_TRUE(!is_taken || words == found.words);
-        ASSERT_TRUE(is_taken || bytes != sound);
+        ASSERT_TRUE(is_taken ? words == found.words : words <= found.words && bytes != sound);
     }
 }
 
@@ -107,20 +90,20 @@ TEST(readers, lists_of_any_bytes_give_sound_containers)
         for (char &each : list) {
             each = random.one_of({',', ',', ' ', '-', '0', '9', 'x', '.', '\0', '\n', '\xFF'});
         }
-        const auto size = static_cast<std::int32_t>(list.size());
-        qek_array texts;
+        qek_array texts{};
         qek_list keys;
-        qek_arrayd numbers;
+        qek_arrayd numbers{};
         qek_arrayt elements;
         qek_string written{}, again{};
-        qek_array_init(&texts, 0);
         qek_list_init(&keys, 1, 0);
-        qek_arrayd_init(&numbers, 0);
         qek_arrayt_init(&elements);
-        qek_array_from_string(&texts, ',', list.data(), size);
-        qek_list_from_string(&keys, ',', list.data(), size);
-        qek_arrayd_from_string(&numbers, ',', list.data(), size);
-        qek_arrayt_from_string(&elements, ',', list.data(), size);
+        const auto read_list = [&](auto function, auto &into) {
+            function(&into, ',', list.data(), static_cast<std::int32_t>(list.size()));
+        };
+        read_list(qek_array_from_string, texts);
+        read_list(qek_list_from_string, keys);
+        read_list(qek_arrayd_from_string, numbers);
+        read_list(qek_arrayt_from_string, elements);
         EXPECT_EQ(qek_test::array_fault(texts) + qek_test::array_fault(numbers), "");
         EXPECT_EQ(qek_test::list_fault(keys), "");
         EXPECT_TRUE(texts.count == numbers.count && elements.count == numbers.count);
