@@ -59,7 +59,8 @@ struct general_tree : testing::Test {
     {
         places.clear();
         number(&tree.root, {1});
-        return std::next(places.begin(), random.below(places.size()))->second;
+        const int last = static_cast<int>(places.size()) - 1;
+        return std::next(places.begin(), random.between(0, last))->second;
     }
     void step(random_numbers &random)
     {
