@@ -45,3 +45,6 @@ target_compile_options(qek_library_flags INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
     -fno-builtin-malloc -fno-delete-null-pointer-checks
     -fvisibility=hidden -fno-semantic-interposition -ffp-contract=off)
+if(QEK_FUZZ)
+    target_compile_options(qek_library_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()

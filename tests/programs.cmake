@@ -14,7 +14,8 @@ add_custom_command(OUTPUT ${watched}
             --redefine-sym ${prefix}free=${prefix}watched_free
             $<TARGET_FILE:qek_std_static> ${watched}
     DEPENDS qek_std_static VERBATIM)
-add_executable(qek_tests
+set(index ${PROJECT_SOURCE_DIR}/examples/word_index)
+add_library(qek_test_objects OBJECT
     support/allocations.cpp
     array/arrays_test.cpp array/arrayt_test.cpp array/keyed_test.cpp array/sort_test.cpp
     base/mem_test.cpp base/str_test.cpp
@@ -24,20 +25,34 @@ add_executable(qek_tests
     hash/hash_test.cpp
     list/list_test.cpp list/listx_test.cpp
     pool/iter_test.cpp pool/pool_check.cpp pool/pool_test.cpp
-    stream/compact_test.cpp stream/fields_test.cpp stream/stream_test.cpp
+    stream/compact_test.cpp stream/fields_test.cpp stream/readers_test.cpp stream/stream_test.cpp
     text/char_test.cpp text/convert_test.cpp text/owned_test.cpp text/stringx_test.cpp
-    tree/bitree_test.cpp tree/tree_test.cpp tree/walks_test.cpp)
-target_sources(qek_tests PRIVATE ${watched})
-target_include_directories(qek_tests PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include
-                                             ${CMAKE_CURRENT_SOURCE_DIR})
-target_compile_definitions(qek_tests PRIVATE QEK_STD_STATIC)
-target_link_libraries(qek_tests PRIVATE qek_flags ${watched} GTest::gmock_main)
+    tree/bitree_test.cpp tree/tree_test.cpp tree/walks_test.cpp
+    ../fuzz/driver.cpp
+    ${index}/index_read.c ${index}/index_write.c ${index}/table.c ${index}/text.c)
+target_include_directories(qek_test_objects PUBLIC ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}
+                                                   ${PROJECT_SOURCE_DIR}/include)
+target_compile_definitions(qek_test_objects PUBLIC QEK_STD_STATIC)
+target_link_libraries(qek_test_objects PUBLIC qek_flags GTest::gmock)
+# Most of the time goes into the framework's templates: read once, and not optimised for long.
+target_precompile_headers(qek_test_objects PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:<gmock/gmock.h$<ANGLE-R>>")
+target_compile_options(qek_test_objects PRIVATE $<$<CONFIG:Release>:-O1>)
+add_executable(qek_tests ../fuzz/main.cpp ${watched})
+target_link_libraries(qek_tests PRIVATE qek_test_objects ${watched})
 target_link_options(qek_tests PRIVATE ${QEK_TEST_LINK_OPTIONS})
 gtest_discover_tests(qek_tests DISCOVERY_TIMEOUT 120)
+file(GLOB inputs CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/fuzz/corpus/*/*)
+add_test(NAME fuzz.corpus COMMAND qek_tests ${inputs})
+if(QEK_FUZZ)
+    add_executable(qek_fuzz ${watched})
+    set_target_properties(qek_fuzz PROPERTIES LINKER_LANGUAGE CXX)
+    target_link_libraries(qek_fuzz PRIVATE qek_test_objects ${watched})
+    target_link_options(qek_fuzz PRIVATE -fsanitize=fuzzer)
+endif()
 if(NOT QEK_SANITIZE)
     add_test(NAME exports.calls
         COMMAND ${tools} ${CMAKE_CURRENT_SOURCE_DIR}/exports/check_calls.sh
-                ${qek_exports} $<TARGET_OBJECTS:qek_tests>
+                ${qek_exports} $<TARGET_OBJECTS:qek_test_objects>
         COMMAND_EXPAND_LISTS)
 endif()
 

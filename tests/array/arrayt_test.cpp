@@ -48,8 +48,8 @@ TEST(arrayt, follows_the_model_element_by_element)
     array_model<std::uint32_t, element> m;
     m.inside = 4;
     m.slots = array.storage();
-    for (int step = 0; step < 12000; ++step) {
-        const std::uint32_t value = random.next() % 8 << 29 | random.next() % 2;
+    for (int step = 0; random.goes_on(step, 12000); ++step) {
+        const std::uint32_t value = random.below(8) << 29 | random.below(2);
         const int index = random.between(-2, m.count + 2), want = random.between(-1, m.count + 9);
         const int up = random.between(-1, 1), unique = random.one_in(3) ? 1 : 0;
         const int found = m.search(value).first, position = m.search(value).second;
@@ -106,7 +106,7 @@ TEST(arrayt, follows_the_model_element_by_element)
                 qek_arrayt_qsort(&array, up, unique);
             },
         };
-        const auto chosen = random.next() % std::size(operations);
+        const auto chosen = random.below(std::size(operations));
         operations[chosen]();
         ASSERT_EQ(array.storage(), m.slots) << "step " << step << ", operation " << chosen;
         ASSERT_EQ(tuple(array.count, array.overflow == nullptr), tuple(m.count, m.capacity() <= 4));

@@ -233,7 +233,7 @@ template <typename Functions> struct session {
         const bool is_fresh = state != without && !random.one_in(4);
         m.live += is_fresh ? 1 : 0;
         return is_fresh           ? word(qek_pool_new(array.pool))
-               : state == without ? random.next() % 24
+               : state == without ? random.below(24)
                : has_pairs        ? 0
                                   : m.get_at(random.between(0, m.count)).value;
     }
@@ -308,7 +308,7 @@ template <typename Functions> struct session {
     void step()
     {
         const qek_word value = draw_value();
-        const auto key = key_of<key_type>(random.next(), value);
+        const auto key = key_of<key_type>(random.below(16), value);
         if (state != without) { // the pool has its blocks then
             m.next = word(qek_pool_new(array.pool));
             qek_pool_free(array.pool, item<void>(m.next));
@@ -402,7 +402,7 @@ template <typename Functions> struct session {
                 }
             },
         };
-        const auto chosen = random.next() % std::size(operations);
+        const auto chosen = random.below(std::size(operations));
         operations[chosen]();
         check("operation " + std::to_string(chosen));
     }
@@ -426,10 +426,10 @@ TYPED_TEST_SUITE(array_families, families);
 TYPED_TEST(array_families, follow_the_model_slot_by_slot)
 {
     random_numbers random;
-    for (const pool_state state : {without, owned, borrowed}) {
-        for (const bool reversed : {false, true}) {
-            session<TypeParam> run(random, state, reversed);
-            for (int step = 0; step < 3000; ++step) {
+    for (const int state : random.each_below(3)) {
+        for (const bool reversed : random.each_below(2)) {
+            session<TypeParam> run(random, pool_state(state), reversed);
+            for (int step = 0; random.goes_on(step, 3000); ++step) {
                 ASSERT_NO_FATAL_FAILURE(run.step()) << "step " << step << ", pool " << state;
             }
         }
@@ -442,7 +442,7 @@ TYPED_TEST(array_families, sort_longer_arrays_in_the_told_steps)
     for (const int size : {9, 30, 1000, 1001}) {
         session<TypeParam> run(random, without, false);
         while (run.m.count < size) {
-            const auto key = key_of<typename TypeParam::key>(random.next(), random.next() % 64);
+            const auto key = key_of<typename TypeParam::key>(random.below(16), random.below(64));
             const auto mark = static_cast<qek_word>(run.m.count);
             run.template both<append>(run.m.append(run.slot_of(key, mark)), key, mark);
         }

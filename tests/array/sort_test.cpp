@@ -82,12 +82,12 @@ TEST(sort, long_arrays)
     qek_test::random_numbers random;
     for (const std::size_t size : {8U, 9U, 10U, 17U, 30U, 31U, 100U, 1000U, 1001U, 100000U}) {
         const std::function<std::size_t(std::size_t)> shapes[] = {
-            [&](std::size_t) { return random.next() % 32768; },
+            [&](std::size_t) { return random.below(32768); },
             [&](std::size_t at) { return at * 8 / (size / 4096 + 1); },
             [&](std::size_t at) { return (size - at) * 8 / (size / 4096 + 1); },
             [&](std::size_t) { return 5; },
             [&](std::size_t at) { return std::min(at, size - at) % 32768; },
-            [&](std::size_t) { return random.next() % 4; },
+            [&](std::size_t) { return random.below(4); },
         };
         for (const auto &key : shapes) {
             words given(size);

@@ -3,12 +3,12 @@
 
 #include "qek_std.h"
 #include "support/allocations.h"
+#include "support/random.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <array>
-#include <bitset>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -17,6 +17,8 @@
 #include <vector>
 
 namespace {
+
+using qek_test::random_numbers;
 
 constexpr auto lowest = std::numeric_limits<std::int32_t>::min();
 constexpr auto highest = std::numeric_limits<std::int32_t>::max();
@@ -52,9 +54,10 @@ void told_move(std::uint8_t *dest, std::uint8_t *src, std::int32_t size)
 
 TEST(mem, copies_moves_and_zeroes_at_every_distance_size_and_alignment)
 {
-    for (std::int32_t src = 48; src < 52; ++src) {
-        for (std::int32_t dest = src - 44; dest <= src + 44; ++dest) {
-            for (std::int32_t size = 0; size <= 41; ++size) {
+    random_numbers random;
+    for (const std::int32_t src : random.each_between(48, 51)) {
+        for (const std::int32_t dest : random.each_between(src - 44, src + 44)) {
+            for (const std::int32_t size : random.each_between(0, 41)) {
                 const auto check = [&](auto call, auto told) {
                     arena found = numbered();
                     arena expected = numbered();
@@ -74,21 +77,26 @@ TEST(mem, copies_moves_and_zeroes_at_every_distance_size_and_alignment)
 
 TEST(mem, searches_as_a_naive_scan_does)
 {
-    for (unsigned number = 0; number < 1U << 13; ++number) {
-        const std::string text = std::bitset<9>(number).to_string('\0', '\xFF');
-        const std::string needle = std::bitset<4>(number >> 9).to_string('\0', '\xFF');
-        const char *hay = text.data() + 1;
-        const auto byte = static_cast<std::uint8_t>(needle[0]);
-        for (int size = 0; size <= 7; ++size) {
-            const std::string range = text.substr(1, std::size_t(size));
-            ASSERT_EQ(qek_mem_chr(hay, size, byte), int(range.find(needle[0]))) << number;
-            ASSERT_EQ(qek_mem_rchr(hay, size, byte), int(range.rfind(needle[0]))) << number;
-            ASSERT_EQ(qek_mem_str(hay, size, needle.data(), 0),
-                      int((range + hay[size]).find(needle[0])));
-            for (int sought = 1; sought <= 4; ++sought) {
-                const auto hit = range.find(needle.data(), 0, std::size_t(sought));
-                ASSERT_EQ(qek_mem_str(hay, size, needle.data(), sought), int(hit)) << number;
+    random_numbers random;
+    for (int step = 0; random.goes_on(step, 30000); ++step) {
+        const bool is_long = random.one_in(8);
+        std::vector<char> text(is_long ? 9 + random.below(70) : 9), needle(is_long ? 17 : 4);
+        for (auto *block : {&text, &needle}) {
+            for (char &each : *block) {
+                each = random.one_of({'\0', '\xFF'});
             }
+        }
+        const char *hay = text.data() + 1;
+        const int size = random.between(0, int(text.size()) - 2);
+        const auto byte = static_cast<std::uint8_t>(needle[0]);
+        const std::string range(hay, hay + size);
+        ASSERT_EQ(qek_mem_chr(hay, size, byte), int(range.find(needle[0]))) << step;
+        ASSERT_EQ(qek_mem_rchr(hay, size, byte), int(range.rfind(needle[0]))) << step;
+        ASSERT_EQ(qek_mem_str(hay, size, needle.data(), 0),
+                  int((range + hay[size]).find(needle[0])));
+        for (std::size_t sought = 1; sought <= needle.size(); ++sought) {
+            const auto hit = range.find(needle.data(), 0, sought);
+            ASSERT_EQ(qek_mem_str(hay, size, needle.data(), int(sought)), int(hit)) << step;
         }
     }
     for (const int size : {-1, lowest}) {
@@ -100,8 +108,9 @@ TEST(mem, searches_as_a_naive_scan_does)
 
 TEST(mem, orders_by_the_first_difference_at_every_place_and_alignment)
 {
-    for (std::size_t shift = 0; shift < 64; ++shift) {
-        for (std::size_t place = 0; place < 26; ++place) {
+    random_numbers random;
+    for (const auto shift : random.each_below<std::size_t>(64)) {
+        for (const auto place : random.each_below<std::size_t>(26)) {
             const auto size = static_cast<std::int32_t>(place) + 2;
             std::vector<std::uint8_t> bytes_a(shift % 8 + place + 2,
                                               0x55); // blocks end with the bytes
@@ -122,8 +131,9 @@ TEST(mem, orders_by_the_first_difference_at_every_place_and_alignment)
 TEST(mem, orders_every_pair_of_bytes_and_then_the_sizes)
 {
     const auto lower = [](int ch) { return ch >= 'A' && ch <= 'Z' ? ch + 32 : ch; };
-    for (int a = 0; a < 256; ++a) {
-        for (int b = 0; b < 256; ++b) {
+    random_numbers random;
+    for (const int a : random.each_below(256)) {
+        for (const int b : random.each_below(256)) {
             const std::uint8_t left[] = {static_cast<std::uint8_t>(a), 'x'};
             const std::uint8_t right[] = {static_cast<std::uint8_t>(b), 'Z'};
             ASSERT_EQ(qek_mem_cmp(left, 2, right, 2), a == b ? 'x' - 'Z' : a - b);

@@ -3,12 +3,14 @@
 
 #include "qek_std.h"
 #include "support/allocations.h"
+#include "support/random.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <limits>
 #include <string>
+#include <tuple>
 
 using namespace std::string_literals;
 
@@ -64,7 +66,8 @@ std::string told_trim(std::string text, std::int32_t size)
 
 TEST(str, trims_every_short_text)
 {
-    for (std::uint32_t number = 0; number < 1U << 12; ++number) {
+    qek_test::random_numbers random;
+    for (const auto number : random.each_below<std::uint32_t>(1U << 12)) {
         std::string text = "......|\0"s;
         for (std::size_t at = 0; at < 6; ++at) {
             text[at] = " a\0\n"[number >> (2 * at) & 3];
@@ -84,45 +87,40 @@ TEST(str, trims_every_short_text)
     EXPECT_EQ(trimmed(" \0ab"s, 4), " \0ab"s);
 }
 
-TEST(str, finds_characters_and_texts)
+// Bytes are unsigned in an order and signed in a search; null is below all texts, and has nothing.
+TEST(str, answers_as_a_naive_scan_does)
 {
-    const struct {
-        const char *text;
-        std::int8_t ch;
-        std::int32_t first, last;
-    } characters[] = {{"a/b/c", '/', 1, 3}, {"abc", 0, 3, 3},       {"", 0, 0, 0},
-                      {"abc", 'd', -1, -1}, {nullptr, 'a', -1, -1}, {"\xFE\xFF-\xFF", -1, 1, 3}};
-    for (const auto &[text, ch, first, last] : characters) {
-        EXPECT_EQ(qek_str_chr(text, ch), first) << ch;
-        EXPECT_EQ(qek_str_rchr(text, ch), last) << ch;
-    }
-    const struct {
-        const char *text, *needle;
-        std::int32_t index;
-    } texts[] = {{"abcabd", "abd", 3}, {"abc", "", 0},       {"", "", 0},  {"abc", "abcd", -1},
-                 {nullptr, "a", -1},   {"abc", nullptr, -1}, {"", "a", -1}};
-    for (const auto &row : texts) {
-        EXPECT_EQ(qek_str_str(row.text, row.needle), row.index) << row.needle;
-    }
-}
-
-TEST(str, orders_texts_with_null_below_all)
-{
-    // In ascending order by bytes; each text stands against each.
-    const char *const texts[] = {nullptr, "", "AB", "Ab", "a", "ab", "abc", "b", "\x7F", "\x80"};
-    for (std::size_t a = 0; a < std::size(texts); ++a) {
-        for (std::size_t b = 0; b < std::size(texts); ++b) {
-            EXPECT_EQ(qek_str_cmp(texts[a], texts[b]), (a > b) - (a < b)) << a << " " << b;
+    qek_test::random_numbers random;
+    const auto lowered = [](std::string text) {
+        for (char &ch : text) {
+            ch = static_cast<char>(ch >= 'A' && ch <= 'Z' ? ch + 32 : ch);
         }
-    }
-    const struct {
-        const char *a, *b;
-        std::int32_t sign;
-    } table[] = {{nullptr, nullptr, 0}, {nullptr, "", -1}, {"", nullptr, 1}, {"aBC", "AbC", 0},
-                 {"a", "B", -1},        {"C", "b", 1},     {"ab", "A", 1},   {"_", "A", -1}};
-    for (const auto &row : table) {
-        const std::int32_t found = qek_str_icmp(row.a, row.b);
-        EXPECT_EQ((found > 0) - (found < 0), row.sign) << row.a << " " << row.b;
+        return text;
+    };
+    for (int step = 0; random.goes_on(step, 20000) && !HasFailure(); ++step) {
+        std::string texts[2];
+        const char *given[2];
+        for (int at : {0, 1}) {
+            texts[at].resize(random.below(random.one_in(4) ? 40 : 4));
+            for (char &ch : texts[at]) {
+                ch = random.one_of({'a', 'A', 'b', 'B', '_', '\x7F', '\x80', '\xFF'});
+            }
+            given[at] = random.one_in(12) ? nullptr : texts[at].c_str();
+        }
+        const char *const a = given[0], *const b = given[1];
+        const std::string &text = texts[0], &other = texts[1];
+        const auto ch = random.one_of<std::int8_t>({0, 'a', 'B', -1, -128, 'c'});
+        const auto end = text.size() + 1; // the terminator is found, too
+        SCOPED_TRACE(testing::PrintToString(std::tuple(a != nullptr, text, b != nullptr, other)));
+        EXPECT_EQ(qek_str_chr(a, ch), a ? int(std::string(a, end).find(char(ch))) : -1) << +ch;
+        EXPECT_EQ(qek_str_rchr(a, ch), a ? int(std::string(a, end).rfind(char(ch))) : -1) << +ch;
+        EXPECT_EQ(qek_str_str(a, b), a && b ? int(text.find(other)) : -1);
+        const auto sign = [&](int order) {
+            return a && b ? (order > 0) - (order < 0) : (a != nullptr) - (b != nullptr);
+        };
+        EXPECT_EQ(qek_str_cmp(a, b), sign(text.compare(other)));
+        const int blind = qek_str_icmp(a, b);
+        EXPECT_EQ((blind > 0) - (blind < 0), sign(lowered(text).compare(lowered(other))));
     }
 }
 

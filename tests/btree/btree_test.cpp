@@ -172,18 +172,19 @@ TYPED_TEST(btree_suite, finds_the_key_or_the_next_or_the_last)
 {
     using family = TypeParam;
     random_numbers random;
-    for (std::size_t order = 0; order < std::size(family::orders); ++order) {
+    for (const auto order : random.each_below<std::size_t>(std::size(family::orders))) {
         modelled<family> tree(true, false, order);
         EXPECT_TRUE(family::first(&tree) == nullptr && family::last(&tree) == nullptr);
         EXPECT_EQ(family::bfind(&tree, tree.key(1)), nullptr);
-        for (int n = 0; n < 700; ++n) {
+        const auto probes = random.each_between(-1001, 1001);
+        for (int n = 0; random.goes_on(n, 700) || n == 0; ++n) {
             family::insert(&tree, tree.key(random.between(-1000, 1000)), 0);
         }
         const tree_look<family> look(tree);
         EXPECT_EQ(word(family::first(&tree)), look.nodes.front());
         EXPECT_EQ(word(family::last(&tree)), look.nodes.back());
         const auto key_at = [&](std::size_t at) { return family::key_of(tree, *look.node_at(at)); };
-        for (int n = -1001; n <= 1001; ++n) {
+        for (const int n : probes) {
             const any_key key = tree.key(n);
             std::size_t at = 0;
             while (at + 1 < look.nodes.size() && family::precedes(tree, key_at(at), key)) {

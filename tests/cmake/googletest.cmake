@@ -4,7 +4,7 @@
 set(INSTALL_GTEST OFF)
 set(gtest_force_shared_crt ON)
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
-if(QEK_SANITIZE)
+if(QEK_SANITIZE AND NOT QEK_FUZZ) # fuzzing needs it fast
     foreach(target gtest gmock gmock_main)
         target_compile_options(${target} PRIVATE -fsanitize=${QEK_SANITIZE})
     endforeach()

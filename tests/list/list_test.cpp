@@ -101,7 +101,7 @@ template <typename List> struct modelled {
     {
         const int size = static_cast<int>(model.size()), any = random.between(0, size - (size > 0));
         const auto key = has_keys<List> ? random.one_of({""s, "a"s, "ab"s, "b"s, "a\0c"s}) : "";
-        const qek_word value = random.next() % 4;
+        const qek_word value = random.below(4);
         const auto added = [&](int index, qek_word held, const void *node) {
             model.insert(model.begin() + index, {key, held});
             ASSERT_TRUE(node == at(index) || node == &list);
@@ -168,11 +168,11 @@ TYPED_TEST_SUITE(lists, list_families);
 TYPED_TEST(lists, behave_as_a_model)
 {
     random_numbers random;
-    for (const bool own : {true, false}) {
+    for (const bool own : random.each_below(2)) {
         modelled<TypeParam> tested;
         TypeParam &list = tested.list, other;
         this->init_list(list, own, own);
-        for (int step = 0; step < 1500; ++step) {
+        for (int step = 0; random.goes_on(step, 1500); ++step) {
             ASSERT_NO_FATAL_FAILURE(tested.step(random));
             ASSERT_NO_FATAL_FAILURE(tested.check());
         }

@@ -37,7 +37,7 @@ TEST_F(unrolled_list, packs_its_words_as_the_model_does)
             at = at->next;
         }
     };
-    for (int run = 0; run < 400; ++run) {
+    for (int run = 0; random.goes_on(run, 400); ++run) {
         const bool at_head = random.one_in(2), adds = random.one_in(2), items = random.one_in(3);
         const auto add = at_head ? qek_listx_add_head : qek_listx_add_tail;
         const auto add_new = at_head ? qek_listx_add_head_new : qek_listx_add_tail_new;
@@ -46,7 +46,7 @@ TEST_F(unrolled_list, packs_its_words_as_the_model_does)
             const bool is_empty = model.empty();
             auto *block = is_empty ? nullptr : at_head ? &model.front() : &model.back();
             if (adds) {
-                qek_word value = random.next() % 4;
+                qek_word value = random.below(4);
                 value = items ? word(add_new(&list, note_free)) : (add(&list, value), value);
                 ASSERT_TRUE(!items || freed.back() == value);
                 if (is_empty || block->size() == 32) {

@@ -25,7 +25,7 @@ std::vector<qek_word> walk(qek_pool_iter *iter)
 TEST(pool_iteration, meets_the_live_items_slot_by_slot)
 {
     random_numbers random;
-    for (int round = 0; round < 4 * 50; ++round) {
+    for (const int round : random.each_below(4 * 50)) {
         lent_pool pool(3, 16);
         std::vector<qek_word> slots;
         for (int count = round / 4; count > 0; --count) {
@@ -34,7 +34,7 @@ TEST(pool_iteration, meets_the_live_items_slot_by_slot)
         auto live = slots;
         const auto free_some = [&](size_t rest) {
             while (live.size() > rest) {
-                std::swap(live[random.next() % live.size()], live.back());
+                std::swap(live[random.below(live.size())], live.back());
                 qek_pool_free(&pool, item(live.back()));
                 live.pop_back();
             }

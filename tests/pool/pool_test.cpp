@@ -162,9 +162,9 @@ TEST(pool, does_what_the_model_does)
     const auto is_filled = [&](const filled_item &with) {
         return std::count(with.at, with.at + pool.item_size, with.byte) == pool.item_size;
     };
-    for (int step = 0; step < 5000; ++step) {
+    for (int step = 0; random.goes_on(step, 5000); ++step) {
         const std::int32_t taking = step / 500 % 2 == 0 ? 70 : 30;
-        if (step % 1500 == 1499) {
+        if (step % 700 == 699) {
             qek_pool_empty(&pool);
             ASSERT_TRUE(pool.is_without_memory());
             live.clear();
@@ -172,7 +172,7 @@ TEST(pool, does_what_the_model_does)
         } else if (random.one_in(live.size() < 2 ? 2 : 50)) {
             ASSERT_NO_FATAL_FAILURE(clone(pool, live, freed));
         } else if (live.empty() || random.between(1, 100) <= taking) {
-            const auto byte = static_cast<std::uint8_t>(random.next());
+            const auto byte = static_cast<std::uint8_t>(random.below(256));
             live.push_back({pool.take(), byte});
             const auto expected = freed.empty() ? filled_item{live.back().at, 0} : freed.back();
             ASSERT_EQ(live.back().at, expected.at);
@@ -183,7 +183,7 @@ TEST(pool, does_what_the_model_does)
             freed.resize(freed.size() - (top < 0 ? 0 : 1));
             std::fill_n(live.back().at, pool.item_size, byte);
         } else {
-            std::swap(live[random.next() % live.size()], live.back());
+            std::swap(live[random.below(live.size())], live.back());
             qek_pool_free(&pool, live.back().at);
             ASSERT_EQ(pool.freed.next_slot, std::ssize(freed) % pool.items_per_block + 1);
             freed.push_back(live.back());

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
 #include "qek_std.h"
+#include "support/random.h"
 
 #include <gmock/gmock.h>
 
@@ -74,7 +75,8 @@ template <typename Value, auto Length, auto Deflate, auto Inflate> struct code {
     // byte.
     template <typename Form> void check_any_bytes(Form form) const
     {
-        for (int number = 0; number < 256 * 10; ++number) {
+        qek_test::random_numbers random;
+        for (const int number : random.each_below(256 * 10)) {
             const int left = number % 10 + 1;
             const auto first = static_cast<std::uint8_t>(number / 10);
             const auto [size, value_bits] = form(first);

@@ -102,7 +102,7 @@ void check_run(const std::string &bytes, const std::string &text, int start, boo
 TEST(fields, runs_are_cut_at_the_end_at_any_position_of_any_bytes)
 {
     qek_test::random_numbers random;
-    for (int step = 0; step < 20000 && !HasFailure(); ++step) {
+    for (int step = 0; random.goes_on(step, 20000) && !HasFailure(); ++step) {
         std::string bytes(size_t(8 * random.between(0, 3)), 0);
         for (char &byte : bytes) {
             byte = random.one_of({'\0', '\0', '\0', '\1', '\7', '\x12', '\x80', '\xFF'});

@@ -223,13 +223,14 @@ TEST(stream, random_operations_at_any_position_match_the_model_with_and_without_
 {
     qek_test::random_numbers random;
     std::vector<uint8_t> source(4096);
-    for (auto &byte : source) {
-        byte = static_cast<uint8_t>(random.one_in(40) ? 0 : random.between(1, 7));
+    for (uint32_t at = 0; at < source.size(); ++at) {
+        const uint32_t mixed = at * 2654435761U >> 16;
+        source[at] = static_cast<uint8_t>(mixed % 40 == 0 ? 0 : 1 + mixed % 7);
     }
     std::set<std::string> failed;
     records found;
     models told;
-    for (int step = 0; step < 60000; ++step) {
+    for (int step = 0; random.goes_on(step, 60000); ++step) {
         const auto [data, length, capacity] = found.a;
         const bool far = random.one_in(4);
         const auto any = [&, held = length, room = capacity] {
@@ -239,7 +240,7 @@ TEST(stream, random_operations_at_any_position_match_the_model_with_and_without_
                        : random.one_of({-1, 0, 1, held - 1, held, held + 1, room, near});
         };
         arguments x{any(), any(), any(), source.data() + random.between(0, 1000)};
-        size_t number = capacity > 800 ? 2 : random.next() % std::size(operations);
+        size_t number = capacity > 800 ? 2 : random.below(std::size(operations));
         const bool refill = length < 20 && !random.one_in(4); // most operations take bytes away
         if (refill) {
             number = 1;
@@ -254,10 +255,11 @@ TEST(stream, random_operations_at_any_position_match_the_model_with_and_without_
         ASSERT_FALSE(HasFailure()) << step << ": " << op.name << " " << x.p << " " << x.old << " "
                                    << x.n << (far ? " without memory" : "");
     }
-    EXPECT_THAT(failed,
-                testing::ElementsAre("append", "clone", "clone_string", "copy", "expand", "insert",
-                                     "left_stream", "left_string", "mid_stream", "mid_string",
-                                     "right_stream", "right_string", "update"));
+    const std::set<std::string> growing{
+        "append",      "clone",      "clone_string", "copy",       "expand",
+        "insert",      "update",     "left_stream",  "mid_stream", "right_stream",
+        "left_string", "mid_string", "right_string"};
+    EXPECT_EQ(random.is_given ? growing : failed, growing);
 }
 
 // A growth that is made to fail needs no memory: the sizes asked for are seen up to the far end.

@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
 #include "support/allocations.h"
+#include "support/random.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -23,42 +25,43 @@ struct watch {
 };
 
 watch current;
-long blocks;
 
-void *taken(std::size_t size)
+// All calls of the whole run, so that runs of differently built libraries can be compared, and the
+// blocks that were not given back, of which no test may leave any.
+std::uint64_t calls, digest;
+long blocks;
+struct report : testing::EmptyTestEventListener {
+    void OnTestEnd(const testing::TestInfo &) override
+    {
+        EXPECT_EQ(std::exchange(blocks, 0), 0) << "blocks are left";
+    }
+    void OnTestProgramEnd(const testing::UnitTest &) override
+    {
+        if (!qek_test::random_numbers::is_given) {
+            std::printf("[ LIBRARY  ] %" PRIu64 " allocations, digest %016" PRIX64 "\n", calls,
+                        digest);
+        }
+    }
+};
+const bool is_reported = (testing::UnitTest::GetInstance()->listeners().Append(new report), true);
+
+void *taken(void *block)
 {
-    void *block = std::malloc(size);
     blocks += block != nullptr;
     return block;
 }
-
-// All calls of the whole run, so that runs of differently built libraries can be compared.
-std::uint64_t calls, digest;
-struct report : testing::Environment {
-    void TearDown() override
-    {
-        std::printf("[ LIBRARY  ] %" PRIu64 " allocations, digest %016" PRIX64 "\n", calls, digest);
-    }
-};
-const auto *const reported = testing::AddGlobalTestEnvironment(new report);
 
 } // namespace
 
 extern "C" void *watched_malloc(std::size_t size);
 extern "C" void watched_free(void *block);
 
-extern "C" void watched_free(void *block)
-{
-    blocks -= block != nullptr;
-    std::free(block);
-}
-
 extern "C" void *watched_malloc(std::size_t size)
 {
     ++calls;
     digest = (digest ^ size) * 0x100000001B3;
     if (!current.on) {
-        return taken(size);
+        return taken(std::malloc(size));
     }
     if (static_cast<std::size_t>(current.count) < current.sizes.size()) {
         current.sizes[static_cast<std::size_t>(current.count)] = size;
@@ -70,7 +73,13 @@ extern "C" void *watched_malloc(std::size_t size)
         current.failed = true;
         return nullptr;
     }
-    return taken(size);
+    return taken(std::malloc(size));
+}
+
+extern "C" void watched_free(void *block)
+{
+    blocks -= block != nullptr;
+    std::free(block);
 }
 
 namespace qek_test {

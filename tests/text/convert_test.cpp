@@ -124,11 +124,11 @@ template <typename Record, typename Unit, typename Call>
 void substitute_at_random(void (*copy)(Record *, const Unit *, std::int32_t), Call call)
 {
     random_numbers random;
-    for (int round = 0; round < 10000 && !testing::Test::HasFailure(); ++round) {
+    for (int round = 0; random.goes_on(round, 10000) && !testing::Test::HasFailure(); ++round) {
         owned<Record> record;
         std::vector<std::vector<Unit>> blocks;
         const auto any_text = [&](std::int32_t longest) {
-            std::u16string text(random.next() % unsign(longest + 1), u'a');
+            std::u16string text(random.below(unsign(longest + 1)), u'a');
             for (char16_t &each : text) {
                 each = random.one_of({u'a', u'b', static_cast<char16_t>(Unit(0x6161))});
             }
@@ -164,24 +164,29 @@ void copy_bytes(qek_string *record, const std::uint8_t *text, std::int32_t lengt
     qek_string_copy(record, text, length);
 }
 
+constexpr auto replacing_by = [](auto replace, auto replace_unit) {
+    return [=](auto &record, auto &given, owned_model &model, auto &texts) {
+        if (given[0] == nullptr || !texts[0].empty()) { // else it does not return
+            const auto count = replace(&record, given[0], given[1]);
+            EXPECT_EQ(count, substitute(model, given[0] == nullptr ? nullptr : texts,
+                                        [&] { return &texts[1]; }));
+        }
+        const auto end = model.buffer.begin() + model.length;
+        for (const char16_t old_unit : {u'a', u'\0', u'c'}) {
+            EXPECT_EQ(replace_unit(&record, static_cast<std::uint8_t>(old_unit), 'c'),
+                      std::count(model.buffer.begin(), end, old_unit));
+            std::replace(model.buffer.begin(), end, old_unit, u'c');
+        }
+    };
+};
+
 TEST(convert, replaces_as_told_also_by_its_own_text_and_without_memory)
 {
-    const auto replacing_by = [](auto replace, auto replace_unit) {
-        return [=](auto &record, auto &given, owned_model &model, auto &texts) {
-            if (given[0] == nullptr || !texts[0].empty()) { // else it does not return
-                const auto count = replace(&record, given[0], given[1]);
-                EXPECT_EQ(count, substitute(model, given[0] == nullptr ? nullptr : texts,
-                                            [&] { return &texts[1]; }));
-            }
-            const auto end = model.buffer.begin() + model.length;
-            for (const char16_t old_unit : {u'a', u'\0', u'c'}) {
-                EXPECT_EQ(replace_unit(&record, static_cast<std::uint8_t>(old_unit), 'c'),
-                          std::count(model.buffer.begin(), end, old_unit));
-                std::replace(model.buffer.begin(), end, old_unit, u'c');
-            }
-        };
-    };
     substitute_at_random(copy_bytes, replacing_by(qek_string_replace, qek_string_replace_char));
+}
+
+TEST(convert, replaces_wide_text_likewise)
+{
     substitute_at_random(qek_wchar_copy, replacing_by(qek_wchar_replace, qek_wchar_replace_char));
 }
 

@@ -189,7 +189,7 @@ TYPED_TEST(owned_text, does_what_the_model_does)
     const auto in_its_length = [&](const std::u16string &all) {
         return told < 0 ? all.c_str() : all.substr(0, unsign(told));
     };
-    for (int step = 0; step < 20000 && !testing::Test::HasFailure(); ++step) {
+    for (int step = 0; random.goes_on(step, 20000) && !testing::Test::HasFailure(); ++step) {
         text = m.text();
         given.resize(unsign(random.between(0, random.one_of({1, 3, 20}))));
         for (char16_t &each : given) {
@@ -214,7 +214,7 @@ TYPED_TEST(owned_text, does_what_the_model_does)
         }
         is_inside = at >= 0 && at <= m.length;
         owned_model::failing = random.one_in(3);
-        const auto chosen = random.next() % actions.size();
+        const auto chosen = random.below(actions.size());
         const allocations faults(owned_model::failing);
         actions[chosen]();
         EXPECT_LE(faults.count(), 1);

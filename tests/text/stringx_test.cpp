@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
 #include "qek_std.h"
+#include "support/random.h"
 
 #include <gmock/gmock.h>
 
@@ -57,18 +58,13 @@ void expect_cut(const qek_stringx &view, const cut &row)
 TEST(stringx, is_cut_by_the_table)
 {
     const cut of_ten_at_four[] = {
-        {'l', 0, 3, 4, 3, 4, 3},      {'l', 0, 10, 4, 10, 4, 10},
-        {'l', 0, 0, 4, 0, 4, 0},      {'l', 0, most, 4, 10, 4, 10},
+        {'l', 0, 3, 4, 3, 4, 3},      {'l', 0, most, 4, 10, 4, 10},
         {'l', 0, -1, 4, -1, 4, 0},    {'l', 0, least, 4, least, 4, 0},
-        {'m', 3, 4, 7, 4, 7, 4},      {'m', 0, 10, 4, 10, 4, 10},
-        {'m', 3, 8, 7, 7, 7, 7},      {'m', 9, most, 13, 1, 13, 1},
-        {'m', 3, 0, 7, 0, 7, 0},      {'m', 3, least, 7, 0, 7, 0},
-        {'m', 10, 1, 14, 0, 14, 0},   {'m', most, 3, least + 3, 0, least + 3, 0},
+        {'m', 3, 4, 7, 4, 7, 4},      {'m', 9, most, 13, 1, 13, 1},
+        {'m', 3, least, 7, 0, 7, 0},  {'m', most, 3, least + 3, 0, least + 3, 0},
         {'m', 99, 1, 103, 0, 103, 0}, {'m', least, 3, 4, 10, least + 4, 0},
-        {'m', -1, 3, 4, 10, 3, 0},    {'r', 0, 3, 11, 3, 11, 3},
-        {'r', 0, 10, 4, 10, 4, 10},   {'r', 0, most, 4, 10, 4, 10},
-        {'r', 0, 0, 14, 0, 4, 0},     {'r', 0, least, least + 14, 0, 4, 0},
-        {'r', 0, -1, 15, 0, 4, 0}};
+        {'r', 0, 3, 11, 3, 11, 3},    {'r', 0, most, 4, 10, 4, 10},
+        {'r', 0, -1, 15, 0, 4, 0},    {'r', 0, least, least + 14, 0, 4, 0}};
     for (const cut &row : of_ten_at_four) {
         expect_cut({text, 4, 10}, row);
     }
@@ -88,6 +84,24 @@ TEST(stringx, is_cut_by_the_table)
                                         {'r', 0, -4, 5, 0, 4, 0}};
     for (const cut &row : of_less_than_nothing) {
         expect_cut({text, 4, -3}, row);
+    }
+}
+
+TEST(stringx, is_cut_as_a_text_is)
+{
+    qek_test::random_numbers random;
+    for (int step = 0; random.goes_on(step, 3000) && !HasFailure(); ++step) {
+        const std::int32_t offset = random.between(0, 8), length = random.between(1, 12);
+        const std::int32_t position = random.between(-2, 14), count = random.between(-2, 14);
+        const std::int32_t kept = std::min(count, length), rest = length - position;
+        const std::int32_t part = position < 0 ? 0 : std::clamp(count, 0, std::max(rest, 0));
+        const bool outside = position < 0;
+        const qek_stringx view{text, offset, length};
+        expect_cut(view, {'l', 0, count, offset, kept, offset, std::max(kept, 0)});
+        expect_cut(view, {'m', position, count, offset + (outside ? 0 : position),
+                          outside ? length : part, offset + position, part});
+        expect_cut(view, {'r', 0, count, offset + length - kept, std::max(kept, 0),
+                          kept > 0 ? offset + length - kept : offset, std::max(kept, 0)});
     }
 }
 

@@ -59,7 +59,8 @@ struct general_tree : testing::Test {
     {
         places.clear();
         number(&tree.root, {1});
-        return std::next(places.begin(), random.next() % std::ssize(places))->second;
+        const int last = static_cast<int>(places.size()) - 1;
+        return std::next(places.begin(), random.between(0, last))->second;
     }
     void step(random_numbers &random)
     {
@@ -131,10 +132,10 @@ struct general_tree : testing::Test {
 TEST_F(general_tree, is_walked_searched_and_ordered_as_its_model)
 {
     random_numbers random;
-    for (int round = 0; round < 80; ++round) {
+    for (int round = 0; random.goes_on(round, 80); ++round) {
         ASSERT_NO_FATAL_FAILURE(step(random));
         ASSERT_EQ(tree.entry_count, std::ssize(places) - 1);
-        const qek_word a = random.next() % 4 + 1, b = random.next() % a;
+        const qek_word a = random.below(4) + 1, b = random.below(a);
         for (auto place = places.begin(); place != places.end(); ++place) {
             const auto &[to, each] = *place;
             ASSERT_NO_FATAL_FAILURE(check_links(each, to));

@@ -89,11 +89,12 @@ template <typename Tree> struct random_tree : Tree {
         this->entry_pool = own_entries ? this->entry_pool : &lent_entries;
         this->value_pool = own_values ? this->value_pool : &lent_values;
         this->value_pool->item_size = sizeof(int);
-        const int size = random.between(1, 25);
+        const int most = random_numbers::is_given ? 12 : 25; // a chain's copy takes 2^most visits
+        const int size = random.between(1, most);
         while (std::ssize(entries) < size) {
             entry *at = any(random);
             entries.push_back(run<entry_new, Tree>(*this));
-            hang(*this, at, entries.back(), random.next() % 3);
+            hang(*this, at, entries.back(), random.below(3));
         }
         for (int number = 0; number < size; ++number) {
             auto *value = random.one_in(5) ? &number : qek_pool_new(this->value_pool);
@@ -101,7 +102,7 @@ template <typename Tree> struct random_tree : Tree {
             entries[size_t(number)]->value = value == &number ? 0 : word(value);
         }
     }
-    entry *any(random_numbers &random) { return entries[random.next() % entries.size()]; }
+    entry *any(random_numbers &random) { return entries[random.below(entries.size())]; }
 };
 
 template <typename Tree> struct trees : testing::Test {
@@ -112,7 +113,7 @@ TYPED_TEST_SUITE(trees, families);
 TYPED_TEST(trees, release_in_the_order_of_the_recursion)
 {
     random_numbers random;
-    for (int round = 0; round < 640; ++round) {
+    for (const int round : random.each_below(640)) {
         const bool own_entries = round & 1, own_values = round & 2;
         const auto callback = round & 4 ? note_free : nullptr;
         const int way = round / 8 % 4;
@@ -165,7 +166,7 @@ template <typename Entry> std::array<Entry *, 4> links(const Entry &of)
 TYPED_TEST(trees, clone_in_the_order_of_the_recursion)
 {
     random_numbers random;
-    for (int round = 0; round < 150; ++round) {
+    for (const int round : random.each_below(150)) {
         const bool own_values = round % 3 != 2, with_pool = round % 3 == 0;
         random_tree<TypeParam> from(random, true, own_values);
         qek_pool_free(from.entry_pool, qek_pool_new(from.entry_pool));
