@@ -32,6 +32,7 @@ int replay(std::span<char *> paths)
         std::fflush(stdout);
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
     }
+    std::printf("%zu inputs replayed\n", paths.size());
     return 0;
 }
 

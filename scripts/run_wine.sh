@@ -31,7 +31,7 @@ output=$(wine "$@" </dev/null | tr -d '\r') || status=$?
 printf '%s\n' "$output"
 if [[ $status -eq 0 && " $* " != *" --gtest_list_tests "* ]]; then
     last=$(tail -n 1 <<<"$output")
-    if [[ ! $last =~ ^\[\ \ (PASSED|SKIPPED)|examples\ ran$|says\ the\ same ]]; then
+    if [[ ! $last =~ ^\[\ \ (PASSED|SKIPPED)|examples\ ran$|inputs\ replayed$|says\ the\ same ]]; then
         echo "run_wine.sh: the program did not come to its end" >&2
         status=1
     fi

@@ -20,16 +20,18 @@ part() { # NUMBER
         --gtest_brief=1 --gtest_filter='-*DeathTest*:*deep*:*fault*' \
         >"$root/build/valgrind.$1" 2>&1
 }
+ended() { # NUMBER STATUS
+    [[ $2 -eq 0 ]] || { cat "$root/build/valgrind.$1" && return 1; }
+}
 running=()
 for ((number = 0; number < parts; ++number)); do
     part "$number" &
     running+=($!)
 done
-result() { # NUMBER PROCESS
-    wait "$2" || { cat "$root/build/valgrind.$1" && return 1; }
-}
 for ((number = 0; number < parts; ++number)); do
-    check "valgrind, part $((number + 1)) of $parts" result "$number" "${running[number]}"
+    status=0
+    wait "${running[number]}" || status=$?
+    check "valgrind, part $((number + 1)) of $parts" ended "$number" "$status"
 done
 [[ -z ${QEK_FIGURE:-} ]] || echo "$failed parts with findings of $parts" >"$QEK_FIGURE"
 close_tally
