@@ -57,7 +57,7 @@ if(NOT QEK_SANITIZE)
 endif()
 
 # The shared library in a program in which a preloaded library refuses its allocations.
-if(UNIX AND NOT APPLE AND NOT CMAKE_CROSSCOMPILING AND NOT QEK_SANITIZE)
+if(UNIX AND NOT CMAKE_CROSSCOMPILING AND NOT QEK_SANITIZE AND NOT QEK_COVERAGE)
     add_library(qek_refuse MODULE fault/refuse.c)
     add_executable(qek_fault_session fault/session.c)
     foreach(target qek_refuse qek_fault_session)
