@@ -43,7 +43,7 @@ int soak(std::uint64_t operations)
     std::string filter;
     for (const auto &[name, tests] : qek_fuzz::targets) {
         for (const std::string &test : tests) {
-            filter += test + ':';
+            filter += name == "readers" ? "" : test + ':'; // which look at long texts in each step
         }
     }
     GTEST_FLAG_SET(filter, filter);
