@@ -4,13 +4,14 @@ set -euo pipefail
 
 usage() {
     cat <<'END'
-usage: ./test.sh [--all | --trust | --platform NAME]
+usage: ./test.sh [--all | --trust | --soak | --platform NAME]
 
 Sets up what is missing, builds below build/, and runs every test. The last line counts the tests.
 
   --all            every row that can run here; a table of them stands before the last line
   --trust          the rows that say how far the library can be trusted; the table shows what was
                    found, what was aimed at, and the command (docs/testing.md explains each)
+  --soak           200 million random operations over all families, by hand, as it takes long
   --platform NAME  that row alone:
                      default, clang                    Linux, 64 bits, with g++ and with clang
                      m32, m32-clang                    Linux, 32 bits
@@ -19,12 +20,15 @@ Sets up what is missing, builds below build/, and runs every test. The last line
                      windows, windows-i686             DLLs for 64 and for 32 bits, run by wine
                      s390x, powerpc, aarch64           run by qemu; the first two big-endian
                      levels                            every level of optimisation alike
+                     allocations                       each allocation refused in turn
+                     limits, depth                     sizes near the end of int32_t; a million deep
                      coverage                          lines and branches that the tests reach
                      memory, valgrind                  reads of what was never written
                      thread                            two threads on separate records
                      fuzz                              each fuzz target for a minute
                      mutants                           a sample of changed instructions
                      abi                               the interface against the one written down
+                     soak                              a hundredth of what --soak does
                      lint                              format, static analysis, scripts, header
                      demo, outline                     the commands and examples, with bad input
   --help           print this text
@@ -49,8 +53,8 @@ wrong() {
 rows=(default clang sanitize clang-sanitize m32 m32-clang m32-sanitize
     windows windows-i686 s390x powerpc aarch64 levels
     coverage memory valgrind thread fuzz mutants abi lint demo outline)
-trust=(default sanitize clang-sanitize m32-sanitize
-    coverage memory valgrind thread fuzz mutants levels abi)
+trust=(default allocations limits depth sanitize clang-sanitize m32-sanitize
+    coverage memory valgrind thread fuzz mutants levels abi soak)
 declare -A needs=(
     [clang]=clang
     [clang-sanitize]="clang libclang-rt-14-dev"
@@ -75,6 +79,7 @@ declare -A needs=(
 # What the rows of --trust aim at.
 declare -A aims=(
     [coverage]="lines 100 %, branches 100 %"
+    [soak]="0 findings in 200 million"
     [mutants]="95 % killed"
 )
 
@@ -89,10 +94,11 @@ while [[ $# -gt 0 ]]; do
         ;;
     --platform)
         [[ $# -gt 1 ]] || wrong "a name is missing behind --platform"
-        [[ " ${rows[*]} " == *" $2 "* ]] || wrong "unknown platform $2"
+        [[ " ${rows[*]} ${trust[*]} " == *" $2 "* ]] || wrong "unknown platform $2"
         chosen=("$2")
         shift
         ;;
+    --soak) exec "$(dirname "${BASH_SOURCE[0]}")/fuzz/soak.sh" ;;
     --help)
         usage
         exit 0
@@ -134,12 +140,13 @@ configure_preset() { # PRESET
     configure "$build/configure.log" -S "$root" --preset "$1"
 }
 
-run_preset() { # PRESET [TARGET...]: builds and runs the tests; leaves the counts in QEK_TALLY
+# Builds and runs the tests, or only those of the pattern; leaves the counts in QEK_TALLY.
+run_preset() { # PRESET [PATTERN [TARGET...]]
     local folder=$build/$1 report=$build/$1/junit.xml tests failures skips
     configure_preset "$1" || return 1
-    cmake --build "$folder" ${2:+--target "${@:2}"} || return 1
+    cmake --build "$folder" ${3:+--target "${@:3}"} || return 1
     rm -f "$report"
-    ctest --test-dir "$folder" ${2:+-R 'header|demo'} --output-on-failure -j "$(nproc)" \
+    ctest --test-dir "$folder" -R "${2:-}" --output-on-failure -j "$(nproc)" \
         --output-junit "$report" || true
     [[ -f $report ]] || return 1
     tests=$(attribute tests "$report")
@@ -163,8 +170,12 @@ run() { # ROW
     windows-i686) run_windows_i686 ;;
     levels) "$root/tests/platform/check_levels.sh" ;;
     coverage | valgrind | mutants) "$root/scripts/$1.sh" ;;
-    memory | thread) run_preset "$1" qek_header_examples qek_threads qek_word_index ;;
+    memory | thread) run_preset "$1" 'header|demo' qek_header_examples qek_threads qek_word_index ;;
+    allocations) run_preset default 'allocation|memory|preload|missing_pools' ;;
+    limits) run_preset default 'limits\.' ;;
+    depth) run_preset default 'deep|a_million' ;;
     fuzz) "$root/fuzz/run.sh" ;;
+    soak) "$root/fuzz/soak.sh" 2000000 ;;
     abi) "$root/tests/abi/check_abi.sh" ;;
     lint) configure_preset default && "$root/scripts/lint.sh" ;;
     demo) "$demo/check_demo.sh" ;;

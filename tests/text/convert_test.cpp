@@ -257,7 +257,9 @@ TEST(convert, formats_in_the_room_of_its_estimate)
     expect_format(-1, "%%%s", "ab");
     expect_format(-1, "%%S %s", "ab");
     expect_format(-1, "%%%%s%s %s", "ab", "cd");
+#if !defined(QEK_SANITIZED)               // which ends the program at what it does not know
     expect_format(2 * 32, "%y|%s", "ab"); // behind what is not known, no text is measured
+#endif
     // What the runtime refuses leaves an empty text.
     expect_format(0, "%", 0);
     expect_format(32, "%5", 0);
