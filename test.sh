@@ -146,7 +146,7 @@ run_preset() { # PRESET [PATTERN [TARGET...]]
     configure_preset "$1" || return 1
     cmake --build "$folder" ${3:+--target "${@:3}"} || return 1
     rm -f "$report"
-    ctest --test-dir "$folder" -R "${2:-}" --output-on-failure -j "$(nproc)" \
+    ctest --test-dir "$folder" ${2:+-R "$2"} --output-on-failure -j "$(nproc)" \
         --output-junit "$report" || true
     [[ -f $report ]] || return 1
     tests=$(attribute tests "$report")
