@@ -35,7 +35,7 @@ struct report : testing::EmptyTestEventListener {
     {
         EXPECT_EQ(std::exchange(blocks, 0), 0) << "blocks are left";
     }
-    void OnTestProgramEnd(const testing::UnitTest &) override
+    void OnEnvironmentsTearDownEnd(const testing::UnitTest &) override
     {
         if (!qek_test::random_numbers::is_given) {
             std::printf("[ LIBRARY  ] %" PRIu64 " allocations, digest %016" PRIX64 "\n", calls,
