@@ -3,6 +3,8 @@
 # Sourced by scripts that look at an installed library: finds the prefix to look at. Expects $root
 # and scripts/setup.sh.
 
+# shellcheck disable=SC2154 # root is set by the scripts that source this one
+
 # Sets `prefix` to the prefix given, or installs below build/ and sets it to that.
 stage() { # [PREFIX]
     if [[ -n ${1:-} ]]; then

@@ -32,9 +32,9 @@ shown() { # COMMAND...: what gdb shows of the records, without the addresses, wh
 session() { shown -iex "set auto-load safe-path $prefix" \
     -iex "add-auto-load-scripts-directory $prefix/share/gdb/auto-load"; }
 
-records() { # FLAG...
+records() {
     gcc -std=c99 -g -O0 -Wall -Wextra -Werror -Wno-unused-variable -Wno-unused-but-set-variable \
-        "$@" -I "$prefix/include" "$here/records.c" -o "$work/records" \
+        -I "$prefix/include" "$here/records.c" -o "$work/records" \
         -L "$libdir" -lqek_std -Wl,-rpath,"$libdir"
 }
 
@@ -44,11 +44,11 @@ as_expected() { diff "$here/expected.txt" <(session); }
 families() {
     local name missing=0
     while read -r name; do
-        grep -q "'${name#qek_}':" "$root/debugger/qek_std_gdb.py" &&
-            grep -q "Type Name=\"$name\"" "$root/debugger/qek_std.natvis" || {
+        if ! grep -q "'${name#qek_}':" "$root/debugger/qek_std_gdb.py" ||
+            ! grep -q "Type Name=\"$name\"" "$root/debugger/qek_std.natvis"; then
             echo "$name has none"
             missing=1
-        }
+        fi
     done < <(sed -nE 's/^} (qek_[a-z]+);/\1/p' "$prefix/include/qek_std.h")
     return $missing
 }
