@@ -27,7 +27,7 @@ is_there() { # PACKAGE
     abigail-tools) type abidw abidiff ;;
     libxml2-utils) type xmllint ;;
     graphviz) type dot ;;
-    libreadline-dev) test -f /usr/include/readline/readline.h ;;
+    libedit-dev) test -f /usr/include/editline/readline.h ;;
     pkg-config) type pkg-config ;;
     chromium | clang-format | clang-tidy | debootstrap | doxygen | gcovr | gdb | python3 | shellcheck | valgrind) type "$1" ;;
     *) return 1 ;;

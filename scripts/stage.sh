@@ -13,9 +13,9 @@ stage() { # [PREFIX]
         prefix=$root/build/stage
         rm -rf "$prefix"
         configure "$root/build/configure.log" -S "$root" -B "$root/build/staged" -G Ninja \
-            -D CMAKE_BUILD_TYPE=Release -D QEK_TESTS=OFF
+            -D CMAKE_BUILD_TYPE=Release -D QEK_TESTS=OFF -D CMAKE_INSTALL_PREFIX="$prefix"
         cmake --build "$root/build/staged" >"$root/build/stage.log"
-        cmake --install "$root/build/staged" --prefix "$prefix" >>"$root/build/stage.log"
+        cmake --install "$root/build/staged" >>"$root/build/stage.log"
     fi
     pc=$(find "$prefix" -name qek_std.pc)
     # shellcheck disable=SC2034 # read by the scripts that source this one
