@@ -4282,8 +4282,8 @@ QEK_API void qek_array_to_string(const qek_array *record, uint8_t separator, qek
  * and the sort are those of @ref arrays; which operations keep the order is told in @ref arrayd.
  * Output pointers are not tested and must not be null.
  *
- * Cost: as in @ref arrayd. Append is amortised constant, a binary search logarithmic, `afind` linear;
- * insertion and removal move the pairs behind the place.
+ * Cost: as in @ref arrayd. Append is amortised constant, a binary search logarithmic, `afind`
+ * linear; insertion and removal move the pairs behind the place.
  *
  * Take another family when: 32 bits are enough for a key (@ref arrayd), keys are byte strings
  * (@ref array), order does not matter (@ref hashx), or a large set changes often and must stay in
