@@ -43,7 +43,7 @@ else()
         set(qek_gdb_dir "\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}")
     endif()
     install(FILES debugger/qek_std_gdb.py
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load/${qek_gdb_dir}
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load${qek_gdb_dir}
         RENAME libqek_std${CMAKE_SHARED_LIBRARY_SUFFIX}.${PROJECT_VERSION}-gdb.py
         COMPONENT development)
 endif()

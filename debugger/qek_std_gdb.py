@@ -18,7 +18,7 @@ import struct
 import gdb
 import gdb.printing
 
-STEPS = 100000  # of one walk, whatever the record says
+STEPS = 20000   # of one walk, whatever the record says
 TEXT = 200      # units of a text or bytes of a key that are shown
 KEY = 4096      # bytes of a key that are compared
 WAY = 60        # letters of the way to an entry of a tree
@@ -27,6 +27,10 @@ MOST = 1 << 30  # what no count of a sound record gets past
 
 class Damage(Exception):
     """The record cannot be what it says; the text tells why."""
+
+
+class Enough(Exception):
+    """A walk was left, though nothing is wrong with it."""
 
 
 def number(value):
@@ -136,7 +140,7 @@ class Walk:
     def step(self, at=None, what='the walk'):
         self.left -= 1
         if self.left < 0:
-            raise Damage('%s was left after %d steps' % (what, STEPS))
+            raise Enough('%s was left after %d steps' % (what, STEPS))
         if at is not None:
             if at in self.been:
                 raise Damage('%s comes back to itself at %#x' % (what, at))
@@ -144,7 +148,7 @@ class Walk:
 
 
 class Printer:
-    """A record: `headline` says what it is, `contents` yields (name, value). Both may find damage."""
+    """A record: `headline` says what it is, `contents` yields (name, value); both may find damage."""
 
     def __init__(self, value):
         self.value = value
@@ -173,6 +177,8 @@ class Container(Printer):
             return
         try:
             yield from self.contents()
+        except Enough as enough:
+            yield '<more>', str(enough)
         except Damage as damage:
             yield '<damaged>', str(damage)
         except gdb.MemoryError:
@@ -316,7 +322,9 @@ class Array(Container):
         return many(count, 'slot') + (', reversed' if number(self.value['reversed']) else '')
 
     def contents(self):
+        walk = Walk()
         for at in range(slots_of(self.value)):
+            walk.step(None, 'the array')
             slot = follow(self.value['slots'] + at)
             yield self.pair(at, slot)
 
@@ -374,7 +382,7 @@ class Bits(Container):
                     if byte & (0x80 >> bit):
                         yield '[%d]' % ((begin + index) * 8 + bit), gdb.Value(1)
         if size > STEPS:
-            yield '<more>', 'the first %d bytes were looked at' % STEPS
+            raise Enough('%d bytes were looked at' % STEPS)
 
 
 # Hash tables.
