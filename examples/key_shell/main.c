@@ -45,7 +45,7 @@ static const qek_btree_node *after(const qek_btree *keys, const qek_btree_node *
 /* Fields never grow a stream: room is made before, and `length` set behind it. */
 static void put(qek_stream *stream, int32_t *at, const void *bytes, int32_t size)
 {
-    qek_stream_expand(stream, *at + size + 8);
+    qek_stream_expand(stream, *at + size + 8); /* 4 at most for the length, 4 for the checksum */
     qek_stream_shrink(stream, *at + size + 8);
     qek_stream_deflate_dword(stream, at, (uint32_t)size);
     qek_stream_set_buffer(stream, at, bytes, size);
@@ -53,23 +53,28 @@ static void put(qek_stream *stream, int32_t *at, const void *bytes, int32_t size
 
 static const char *save(const qek_btree *keys, const char *path)
 {
-    FILE *file = fopen(path, "wb");
     const qek_btree_node *node = qek_btree_node_first(keys);
     int32_t at = 8, head = 0;
     qek_stream stream;
-    int good;
+    FILE *file = NULL;
+    int good = 0;
     qek_stream_init(&stream);
-    put(&stream, &head, NULL, 0); /* room for both */
-    for (head = 0; node != NULL; node = after(keys, node)) {
+    qek_stream_expand(&stream, 12);
+    qek_stream_shrink(&stream, 12); /* magic, count, checksum */
+    for (; node != NULL; node = after(keys, node)) {
         put(&stream, &at, keys->keys.data + node->key_offset, node->key_length);
         put(&stream, &at, (void *)node->value, (int32_t)strlen((const char *)node->value));
     }
-    qek_stream_set_dword(&stream, &head, magic);
-    qek_stream_set_dword(&stream, &head, (uint32_t)keys->node_count);
-    qek_stream_set_dword(&stream, &at, qek_stream_crc32(stream.data, at));
-    good = at <= stream.length && file != NULL && /* else memory ran out and fields were lost */
-           fwrite(stream.data, 1, (size_t)at, file) == (size_t)at;
-    good = file != NULL && fclose(file) == 0 && good;
+    if (at + 4 <= stream.length) { /* else memory ran out, and fields were lost */
+        qek_stream_set_dword(&stream, &head, magic);
+        qek_stream_set_dword(&stream, &head, (uint32_t)keys->node_count);
+        qek_stream_set_dword(&stream, &at, qek_stream_crc32(stream.data, at));
+        file = fopen(path, "wb");
+    }
+    if (file != NULL) {
+        good = fwrite(stream.data, (size_t)at, 1, file) == 1;
+        good = fclose(file) == 0 && good;
+    }
     qek_stream_term(&stream);
     return good ? NULL : "the file cannot be written";
 }

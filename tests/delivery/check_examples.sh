@@ -61,6 +61,7 @@ run_key_shell() {
     rm -f ./*.keys
     said ./key_shell <"$here/examples/keys"
     printf 'put alpha 2\nload saved.keys\nkeys' | said ./key_shell
+    printf 'save empty.keys\nput alpha 3\nload empty.keys\nkeys\nget alpha' | said ./key_shell
     # Each damaged in one place: magic, an entry, the checksum; then cut, and with a false length.
     for bytes in 0 9 20; do
         { head -c $bytes saved.keys && printf '\xff' && tail -c +$((bytes + 2)) saved.keys; } >bad.keys
