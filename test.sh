@@ -73,7 +73,7 @@ declare -A needs=(
     [fuzz]="clang libclang-rt-14-dev"
     [mutants]=python3
     [abi]="abigail-tools g++-12-multilib"
-    [lint]="clang g++-12-multilib clang-format clang-tidy shellcheck"
+    [lint]="clang g++-12-multilib clang-format clang-tidy shellcheck libedit-dev"
 )
 
 # What the rows of --trust aim at.

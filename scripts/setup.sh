@@ -25,7 +25,11 @@ is_there() { # PACKAGE
     g++-*-linux-gnu) type "${1#g++-}"-{gcc,g++} ;;
     qemu-user) type qemu-{s390x,ppc,aarch64} ;;
     abigail-tools) type abidw abidiff ;;
-    clang-format | clang-tidy | debootstrap | gcovr | python3 | shellcheck | valgrind) type "$1" ;;
+    libxml2-utils) type xmllint ;;
+    graphviz) type dot ;;
+    libedit-dev) test -f /usr/include/editline/readline.h ;;
+    pkg-config) type pkg-config ;;
+    chromium | clang-format | clang-tidy | debootstrap | doxygen | gcovr | gdb | python3 | shellcheck | valgrind) type "$1" ;;
     *) return 1 ;;
     esac >/dev/null 2>&1
 }
