@@ -13,7 +13,11 @@ namespace bench {
 namespace {
 
 // What is sorted: random keys, a thousand different ones, or keys in order.
-enum class shape { random, few, sorted };
+enum class shape {
+    random,
+    few,
+    sorted
+};
 
 template <typename Key, shape of> std::vector<Key> numbers(std::int64_t count)
 {
@@ -73,7 +77,8 @@ void sorting(benchmark::State &state)
         state, size_of(state), [&] { return array.restored(); },
         [&](Array *unsorted) {
             sort(&unsorted->record, 1);
-            return checksum(size_of(state), [&](auto at) { return unsorted->record.slots[at].key; });
+            return checksum(size_of(state),
+                            [&](auto at) { return unsorted->record.slots[at].key; });
         });
 }
 

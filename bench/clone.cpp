@@ -21,8 +21,7 @@ template <typename Container> void copying(benchmark::State &state)
         });
 }
 
-template <typename Ours, typename Peer>
-void add_rows(const std::string &family, const char *peer)
+template <typename Ours, typename Peer> void add_rows(const std::string &family, const char *peer)
 {
     add("clone_" + family, "ours", {1'000'000}, copying<Ours>);
     add("clone_" + family, peer, {1'000'000}, copying<mapped<typename Ours::key_type, Peer>>);

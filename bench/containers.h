@@ -96,12 +96,12 @@ using our_hash =
          entries, qek_hash_clone>;
 using our_hashd =
     ours<std::uint32_t, qek_hashd, table_init<qek_hashd_init>, qek_hashd_term, qek_hashd_insert,
-         qek_hashd_get, qek_hashd_remove,
-         sum_of_table<qek_hashd_entry_first, qek_hashd_entry_next>, entries, qek_hashd_clone>;
+         qek_hashd_get, qek_hashd_remove, sum_of_table<qek_hashd_entry_first, qek_hashd_entry_next>,
+         entries, qek_hashd_clone>;
 using our_hashx =
     ours<std::uint64_t, qek_hashx, table_init<qek_hashx_init>, qek_hashx_term, qek_hashx_insert,
-         qek_hashx_get, qek_hashx_remove,
-         sum_of_table<qek_hashx_entry_first, qek_hashx_entry_next>, entries, qek_hashx_clone>;
+         qek_hashx_get, qek_hashx_remove, sum_of_table<qek_hashx_entry_first, qek_hashx_entry_next>,
+         entries, qek_hashx_clone>;
 using our_hasht = ours<id, qek_hasht, table_init<qek_hasht_init>, qek_hasht_term, qek_hasht_insert,
                        qek_hasht_get, qek_hasht_remove, sum_of_chains, entries, qek_hasht_clone>;
 using our_btree = ours<std::string_view, qek_btree, tree_init<qek_btree_init>, qek_btree_term,
@@ -119,10 +119,7 @@ template <typename Key, typename Map, typename Probe = Key> struct mapped {
     using key_type = Key;
     Map map;
 
-    void insert(const Key &key, word value)
-    {
-        map.try_emplace(typename Map::key_type(key), value);
-    }
+    void insert(const Key &key, word value) { map.try_emplace(typename Map::key_type(key), value); }
     word find(const Key &key) const
     {
         const auto at = map.find(probe(key));
@@ -165,7 +162,8 @@ struct id_hash {
     std::size_t operator()(const id &key) const { return key.halves[0] ^ key.halves[1]; }
 };
 
-template <typename Container> void fill(Container &into, const keys<typename Container::key_type> &of)
+template <typename Container>
+void fill(Container &into, const keys<typename Container::key_type> &of)
 {
     word value = 0;
     for (const auto &key : of) {

@@ -167,8 +167,7 @@ struct walking_hash : our_hash {
         }
         const std::uint32_t gone = at->key_offset;
         const auto length = static_cast<std::uint32_t>(at->key_length);
-        const std::uint32_t behind =
-            static_cast<std::uint32_t>(record.keys.length) - gone - length;
+        const std::uint32_t behind = static_cast<std::uint32_t>(record.keys.length) - gone - length;
         std::memmove(record.keys.data + gone, record.keys.data + gone + length, behind);
         record.keys.length -= at->key_length;
         for (std::uint32_t bucket = 0; bucket < buckets; ++bucket) {

@@ -61,7 +61,10 @@ struct our_text {
 struct libc_text {
     char text[512];
 
-    std::int64_t print(std::int32_t number) { return std::snprintf(text, sizeof text, "%d", number); }
+    std::int64_t print(std::int32_t number)
+    {
+        return std::snprintf(text, sizeof text, "%d", number);
+    }
     std::int64_t print(std::int64_t number)
     {
         return std::snprintf(text, sizeof text, "%ld", number);
@@ -149,7 +152,9 @@ constexpr auto libc_long = [](const qek_string &text) {
 constexpr auto libc_float = [](const qek_string &text) {
     return static_cast<double>(static_cast<float>(std::strtod(begin(text), nullptr)));
 };
-constexpr auto libc_double = [](const qek_string &text) { return std::strtod(begin(text), nullptr); };
+constexpr auto libc_double = [](const qek_string &text) {
+    return std::strtod(begin(text), nullptr);
+};
 
 template <typename Number> Number from_chars(const qek_string &text)
 {

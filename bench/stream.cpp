@@ -180,8 +180,7 @@ template <typename Fields, std::int64_t fields_at_once> void writing(benchmark::
         write_all(to, values);
         return 0U;
     });
-    state.counters["result"] =
-        static_cast<double>(read_all(fields, values.size()) & 0xffffffffU);
+    state.counters["result"] = static_cast<double>(read_all(fields, values.size()) & 0xffffffffU);
 }
 
 template <typename Fields, std::int64_t fields_at_once> void reading(benchmark::State &state)

@@ -234,10 +234,7 @@ struct our_wide {
     our_wide(const our_wide &) = delete;
     our_wide &operator=(const our_wide &) = delete;
 
-    void widen(std::string_view from)
-    {
-        qek_wchar_copy_str(&text, from.data(), our_length(from));
-    }
+    void widen(std::string_view from) { qek_wchar_copy_str(&text, from.data(), our_length(from)); }
     std::int64_t find(const our_wide &what) const
     {
         return qek_wchar_find(&text, what.text.data, what.text.length);
@@ -261,7 +258,11 @@ struct std_wide {
     std::uint64_t last() const { return text.back(); }
 };
 
-enum class wide_work { find, compare, widen };
+enum class wide_work {
+    find,
+    compare,
+    widen
+};
 
 template <typename Text, wide_work work> void widely(benchmark::State &state)
 {

@@ -49,7 +49,8 @@ std::vector<std::uint32_t> places(std::int64_t count)
     return made;
 }
 
-template <typename Bits> std::uint64_t count_found(const Bits &in, const std::vector<std::uint32_t> &of)
+template <typename Bits>
+std::uint64_t count_found(const Bits &in, const std::vector<std::uint32_t> &of)
 {
     std::uint64_t found = 0;
     for (const std::uint32_t place : of) {
