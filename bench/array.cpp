@@ -189,19 +189,16 @@ void libc_sorting_words(benchmark::State &state)
         });
 }
 
-// Appending to a growing array, or to one that was told its size before the clock started.
+// Appending to an array that grows as it must, or that is told its size first; making that room is
+// part of the work, because one side touches it when it is made and the other when it is filled.
 template <typename Peer, bool expanded> void appending(benchmark::State &state)
 {
     measure(
-        state, size_of(state),
-        [&] {
-            auto made = std::make_unique<Peer>();
-            if (expanded) {
-                made->expand(size_of(state));
-            }
-            return made;
-        },
+        state, size_of(state), [] { return std::make_unique<Peer>(); },
         [&](std::unique_ptr<Peer> &to) {
+            if constexpr (expanded) {
+                to->expand(size_of(state));
+            }
             for (std::int64_t at = 0; at < size_of(state); ++at) {
                 to->append(static_cast<word>(at));
             }
@@ -236,7 +233,6 @@ struct glib_words {
     glib_words &operator=(const glib_words &) = delete;
     ~glib_words() { g_array_free(words, TRUE); }
 
-    void expand(std::int64_t /*count*/) {}
     void append(word value) { g_array_append_vals(words, &value, 1); }
     word at(std::int64_t index) const { return g_array_index(words, word, index); }
 };
@@ -372,9 +368,11 @@ void register_rows()
     add("array_sort", "std", {1'000, 1'000'000}, std_sorting_text);
     add("arrays_sort", "ours", {1'000'000}, sorting_words);
     add("arrays_sort", "qsort", {1'000'000}, libc_sorting_words);
-    add("arrays_append", "ours", {1'000, 100'000, 10'000'000}, appending<our_words, false>);
-    add("arrays_append", "glib", {1'000, 100'000, 10'000'000}, appending<glib_words, false>);
-    add("arrays_append", "vector", {1'000, 100'000, 10'000'000}, appending<std_words, false>);
+    add("arrays_append", "ours", {1'000, 100'000}, appending<our_words, false>);
+    add("arrays_append", "glib", {1'000, 100'000}, appending<glib_words, false>);
+    add("arrays_append", "vector", {1'000, 100'000}, appending<std_words, false>);
+    add_once("arrays_append_far", "ours", {10'000'000}, appending<our_words, false>);
+    add_once("arrays_append_far", "vector", {10'000'000}, appending<std_words, false>);
     add("arrays_append_expanded", "ours", {10'000'000}, appending<our_words, true>);
     add("arrays_append_expanded", "vector", {10'000'000}, appending<std_words, true>);
     add("array_insert_middle", "ours", {100'000}, changing_middle<our_middle, true>);

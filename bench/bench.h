@@ -111,6 +111,14 @@ inline void add(const std::string &row, const char *side, sizes of, function run
     }
 }
 
+// For work that takes seconds and is not judged.
+inline void add_once(const std::string &row, const char *side, sizes of, function run)
+{
+    if (!weighs()) {
+        register_row(row, side, of, run)->Iterations(1)->Repetitions(1);
+    }
+}
+
 inline void add_weight(const std::string &family, const char *side, function run)
 {
     if (weighs()) {

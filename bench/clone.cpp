@@ -11,8 +11,7 @@ namespace {
 
 template <typename Container> void copying(benchmark::State &state)
 {
-    Container source;
-    fill(source, keys<typename Container::key_type>(size_of(state)));
+    const auto &source = standing<Container>(size_of(state));
     measure(
         state, size_of(state), [] { return std::unique_ptr<Container>(); },
         [&](std::unique_ptr<Container> &copy) {

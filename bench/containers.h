@@ -10,6 +10,7 @@
 #include "qek_std.h"
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -179,9 +180,20 @@ std::unique_ptr<Container> filled(const keys<typename Container::key_type> &with
     return made;
 }
 
+// A filled container that stays: look-ups and walks leave it as it was.
+template <typename Container> const Container &standing(std::int64_t size)
+{
+    static std::map<std::int64_t, std::unique_ptr<Container>> all;
+    auto &at = all[size];
+    if (at == nullptr) {
+        at = filled<Container>(shared<typename Container::key_type>(size));
+    }
+    return *at;
+}
+
 template <typename Container> void inserting(benchmark::State &state)
 {
-    const keys<typename Container::key_type> stored(size_of(state));
+    const auto &stored = shared<typename Container::key_type>(size_of(state));
     measure(
         state, stored.size(), [] { return Container(); },
         [&](Container &into) {
@@ -192,9 +204,8 @@ template <typename Container> void inserting(benchmark::State &state)
 
 template <typename Container, choice which> void finding(benchmark::State &state)
 {
-    Container in;
-    fill(in, keys<typename Container::key_type>(size_of(state)));
-    const keys<typename Container::key_type> probes(size_of(state), which);
+    const auto &in = standing<Container>(size_of(state));
+    const auto &probes = shared<typename Container::key_type>(size_of(state), which);
     repeat(state, probes.size(), in, [&](const Container &from) {
         word total = 0;
         for (const auto &probe : probes) {
@@ -206,8 +217,8 @@ template <typename Container, choice which> void finding(benchmark::State &state
 
 template <typename Container> void removing(benchmark::State &state)
 {
-    const keys<typename Container::key_type> stored(size_of(state));
-    const keys<typename Container::key_type> probes(size_of(state), choice::probes);
+    const auto &stored = shared<typename Container::key_type>(size_of(state));
+    const auto &probes = shared<typename Container::key_type>(size_of(state), choice::probes);
     measure(
         state, probes.size(), [&] { return filled<Container>(stored); },
         [&](std::unique_ptr<Container> &from) {
@@ -221,14 +232,13 @@ template <typename Container> void removing(benchmark::State &state)
 
 template <typename Container> void walking(benchmark::State &state)
 {
-    Container in;
-    fill(in, keys<typename Container::key_type>(size_of(state)));
+    const auto &in = standing<Container>(size_of(state));
     repeat(state, size_of(state), in, [](const Container &of) { return of.sum(); });
 }
 
 template <typename Container> void weighing(benchmark::State &state)
 {
-    const keys<typename Container::key_type> stored(size_of(state));
+    const auto &stored = shared<typename Container::key_type>(size_of(state));
     weigh(state, [&] { return filled<Container>(stored); });
 }
 

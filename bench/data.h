@@ -7,11 +7,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <map>
 #include <numeric>
 #include <random>
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace bench {
@@ -102,6 +104,14 @@ template <typename Key> class keys {
     std::vector<Key> keys_;
     std::string text_;
 };
+
+// One copy of the same keys for all benchmarks of a program.
+template <typename Key> const keys<Key> &shared(std::int64_t count, choice which = choice::stored)
+{
+    static std::map<std::pair<std::int64_t, choice>, keys<Key>> all;
+    const std::pair name(count, which);
+    return all.try_emplace(name, count, which).first->second;
+}
 
 // Words of letters between blanks; `size` bytes in all. One word in 16 is "needle".
 inline std::string prose(std::int64_t size)

@@ -132,7 +132,7 @@ def draw(lines, results, path):
     import matplotlib
 
     matplotlib.use("svg")
-    matplotlib.rcParams.update({"svg.hashsalt": "qek_std", "font.size": 7.5})
+    matplotlib.rcParams.update({"svg.hashsalt": "qek_std", "svg.fonttype": "none", "font.size": 7.5})
     from matplotlib import pyplot
     from matplotlib.ticker import FuncFormatter, NullFormatter
 

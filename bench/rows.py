@@ -56,8 +56,9 @@ ROWS = {
     "arrays_sort": [Against("qsort", every(0.7, M))],
     "arrays_append": [
         Against("glib", every(0.65, K, 100 * K)),
-        Against("vector", limit="growth"),
+        Against("vector"),
     ],
+    "arrays_append_far": [Against("vector", limit="growth")],
     "arrays_append_expanded": [Against("vector", every(1.3, 10 * M))],
     "array_insert_middle": [Against("loop", every(0.15, 100 * K))],
     "array_remove_middle": [Against("loop", every(0.15, 100 * K))],
@@ -168,3 +169,15 @@ for family, peers in {
     "bitree": ("map",),
 }.items():
     ROWS[f"{family}_memory"] = [Against(peer) for peer in peers]
+
+# Families together, and weights at the end.
+FAMILIES = ("hash_", "hash", "btree", "array", "pool", "list", "string", "wide", "mem_", "stream")
+ROWS = dict(
+    sorted(
+        ROWS.items(),
+        key=lambda item: (
+            item[0].endswith("_memory"),
+            next((at for at, name in enumerate(FAMILIES) if item[0].startswith(name)), 99),
+        ),
+    )
+)

@@ -133,12 +133,15 @@ struct leb128 {
     void write(std::uint64_t value)
     {
         auto left = static_cast<std::uint32_t>(our_compact::small(value));
-        for (; left >= 0x80 && at < end; left >>= 7) {
-            *at++ = static_cast<std::uint8_t>(left | 0x80);
+        std::uint8_t *to = at;
+        std::uint8_t *const last = end;
+        for (; left >= 0x80 && to < last; left >>= 7) {
+            *to++ = static_cast<std::uint8_t>(left | 0x80);
         }
-        if (at < end) {
-            *at++ = static_cast<std::uint8_t>(left);
+        if (to < last) {
+            *to++ = static_cast<std::uint8_t>(left);
         }
+        at = to;
     }
     std::uint64_t read()
     {

@@ -233,7 +233,7 @@ template <typename Tree> void build(Tree &tree, const numbers &of)
 
 template <typename Tree> void building(benchmark::State &state)
 {
-    const numbers all(size_of(state));
+    const numbers &all = shared<std::uint64_t>(size_of(state));
     measure(
         state, size_of(state), [] { return std::make_unique<Tree>(); },
         [&](std::unique_ptr<Tree> &tree) {
@@ -245,13 +245,17 @@ template <typename Tree> void building(benchmark::State &state)
 template <typename Tree> std::unique_ptr<Tree> built(std::int64_t count)
 {
     auto tree = std::make_unique<Tree>();
-    build(*tree, numbers(count));
+    build(*tree, shared<std::uint64_t>(count));
     return tree;
 }
 
 template <typename Tree> void walking(benchmark::State &state)
 {
-    const auto tree = built<Tree>(size_of(state));
+    static std::map<std::int64_t, std::unique_ptr<Tree>> standing;
+    auto &tree = standing[size_of(state)];
+    if (tree == nullptr) {
+        tree = built<Tree>(size_of(state));
+    }
     repeat(state, size_of(state), *tree, [](const Tree &of) { return of.sum(); });
 }
 
