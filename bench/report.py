@@ -102,10 +102,19 @@ def notes(line, before):
     return ", ".join(told)
 
 
+def figure(value, unit):
+    if unit == "bytes":
+        return f"{value:.1f} B"
+    for name in ("ns", "us", "ms"):
+        if value < 1000:
+            break
+        value /= 1000
+    return f"{value:.3g} {name}"
+
+
 def cells(line, before):
     target = "" if line["target"] is None else f"{line['target']:g}"
-    mark = " B" if line["unit"] == "bytes" else " ns"
-    figures = [f"{line[side]:.4g}{mark}" for side in ("ours", "theirs")]
+    figures = [figure(line[side], line["unit"]) for side in ("ours", "theirs")]
     size, peer = f"{line['size']:,}".replace(",", " "), line["peer"].replace("|", " or ")
     ratio = f"{line['ratio']:.2f}" if line["ratio"] >= 0.1 else f"{line['ratio']:.3f}"
     return [line["row"], size, peer, *figures, ratio, target, notes(line, before)]
@@ -144,7 +153,7 @@ def draw(lines, results, path):
     if not names:
         return
     half = (len(names) + 1) // 2
-    figure, columns = pyplot.subplots(1, 2, figsize=(13, 1.2 + 0.165 * half), sharex=True)
+    picture, columns = pyplot.subplots(1, 2, figsize=(13, 1.2 + 0.165 * half), sharex=True)
     for axes, part in zip(columns, (names[:half], names[half:])):
         for place, name in enumerate(part):
             group = sorted(groups[name], key=lambda line: line["size"])
@@ -163,14 +172,14 @@ def draw(lines, results, path):
         axes.xaxis.set_minor_formatter(NullFormatter())
         axes.grid(axis="x", which="both", color="#eeeeee", zorder=0)
         axes.tick_params(axis="x", top=True, labeltop=True)
-    figure.suptitle(
+    picture.suptitle(
         "Ratio (our time / the peer's) as a share of its target: left of 1 reaches it.   "
         "Blue: reached; red: missed; hollow: structural limit; larger dot: larger size\n"
         f"{results['machine']}, {results['date']}",
         fontsize=8.5,
     )
-    figure.tight_layout(rect=(0, 0, 1, 1 - 0.25 / figure.get_figheight()))
-    figure.savefig(path, metadata={"Date": None})
+    picture.tight_layout(rect=(0, 0, 1, 1 - 0.25 / picture.get_figheight()))
+    picture.savefig(path, metadata={"Date": None})
 
 
 def main():

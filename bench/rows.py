@@ -118,8 +118,8 @@ for family in ("arrayd", "arrayx"):
     ROWS[f"{family}_sort_sorted"] = [Against("std", every(1.0, M))]
 for work in ("append_char", "append_16"):
     ROWS[f"string_{work}"] = [
-        Against("gbytearray", every(0.45, *TWO)),
-        Against("gstring", every(0.45, *TWO)),
+        Against("gbytearray", every(0.45, K, 100 * K)),
+        Against("gstring", every(0.45, K, 100 * K)),
     ]
 for work in ("replace", "find", "trim", "lower"):
     ROWS[f"string_{work}"] = [

@@ -221,8 +221,8 @@ template <typename Text> void add_rows(const char *side)
 
 template <typename Text> void add_appends(const char *side)
 {
-    add("string_append_char", side, {1'000, 1'000'000}, appending<Text, 1>);
-    add("string_append_16", side, {1'000, 1'000'000}, appending<Text, 16>);
+    add("string_append_char", side, {1'000, 100'000}, appending<Text, 1>);
+    add("string_append_16", side, {1'000, 100'000}, appending<Text, 16>);
 }
 
 // Wide text.

@@ -63,7 +63,7 @@ check "worse than before" \
 check "not worse than itself" \
     prints "2 targets, 1 reached, 1 missed; 0 ratios worse than in $work/now" -- \
     report again array hash -- --against "$work/now"
-check "weights" prints "hash_memory 1 000 absl 50 B 100 B 0.50" -- report now weights
+check "weights" prints "hash_memory 1 000 absl 50.0 B 100.0 B 0.50" -- report now weights
 check "different work is an error" fails report now unequal
 check "nothing measured is an error" fails report now empty
 close_tally
