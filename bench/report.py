@@ -16,7 +16,8 @@ import json
 import platform
 import sys
 
-from rows import ROWS
+sys.dont_write_bytecode = True  # the folder of the sources stays as it is
+from rows import ROWS  # noqa: E402
 
 WORSE = 1.15
 
