@@ -288,7 +288,6 @@ void register_rows()
     add("hash_remove", "absl", small, removing_some<absl_text>);
     add_weight("hash", "ours", weighing<our_hash>);
     add_weight("hash", "absl", weighing<absl_text>);
-    add_weight("hash", "apr", weighing<apr_text>);
     add_weight("hash", "glib", weighing<glib_text>);
     add_weight("hash", "unordered_map", weighing<std_text>);
     add_all_numbers<our_hashd>("hashd");

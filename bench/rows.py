@@ -152,9 +152,9 @@ for work in ("build", "walk", "free"):
     ROWS[f"tree_{work}"] = [Against("gnode", every(0.6, *TWO))]
     ROWS[f"bitree_{work}"] = [Against("map", every(0.6, *TWO))]
 
-# Heap bytes per entry, not judged.
+# Heap bytes per entry, not judged. apr maps its pages past malloc, so they are not seen.
 for family, peers in {
-    "hash": ("absl", "apr", "glib", "unordered_map"),
+    "hash": ("absl", "glib", "unordered_map"),
     "hashd": ("absl", "unordered_map", "uthash"),
     "hashx": ("absl", "unordered_map", "uthash"),
     "hasht": ("absl", "unordered_map", "uthash"),
