@@ -9,6 +9,14 @@
 packages_to_build=(g++ cmake ninja-build)
 # shellcheck disable=SC2034
 packages_to_test=("${packages_to_build[@]}" googletest)
+# shellcheck disable=SC2034
+packages_to_bench=("${packages_to_build[@]}" pkg-config python3 python3-matplotlib libbenchmark-dev
+    libabsl-dev libapr1-dev libglib2.0-dev uthash-dev libboost-dev libdeflate-dev libisal-dev
+    zlib1g-dev)
+
+has_header() { # FILE
+    test -f "/usr/include/$1"
+}
 
 is_there() { # PACKAGE
     case $1 in
@@ -24,6 +32,17 @@ is_there() { # PACKAGE
     wine64) PATH=$PATH:/usr/lib/wine type wine64 ;;
     g++-*-linux-gnu) type "${1#g++-}"-{gcc,g++} ;;
     qemu-user) type qemu-{s390x,ppc,aarch64} ;;
+    pkg-config) type pkg-config ;;
+    python3-matplotlib) /usr/bin/python3 -c 'import matplotlib' ;;
+    libbenchmark-dev) has_header benchmark/benchmark.h ;;
+    libabsl-dev) has_header absl/container/flat_hash_map.h ;;
+    libapr1-dev) has_header apr-1.0/apr_hash.h ;;
+    libglib2.0-dev) has_header glib-2.0/glib.h ;;
+    uthash-dev) has_header uthash.h ;;
+    libboost-dev) has_header boost/pool/pool.hpp ;;
+    libdeflate-dev) has_header libdeflate.h ;;
+    libisal-dev) has_header isa-l/crc.h ;;
+    zlib1g-dev) has_header zlib.h ;;
     abigail-tools) type abidw abidiff ;;
     libxml2-utils) type xmllint ;;
     graphviz) type dot ;;

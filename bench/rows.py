@@ -1,0 +1,183 @@
+# SPDX-License-Identifier: MIT
+"""The rows of the table: what is measured against whom, and the ratio that is aimed at.
+
+Ratio = our time / the peer's; lower is better. `a|b` is the better of two peers. A peer without a
+target is shown and not judged. `limit` names why a figure cannot be passed; docs/performance.md
+explains each under that name.
+"""
+
+K, M = 1_000, 1_000_000
+KI, MI = 1 << 10, 1 << 20
+
+
+class Against:
+    def __init__(self, peer, targets=None, limit=None):
+        self.peer = peer
+        self.targets = targets or {}
+        self.limit = limit
+
+
+def every(target, *sizes):
+    return {size: target for size in sizes}
+
+
+def by_size(sizes, *targets):
+    return dict(zip(sizes, targets, strict=True))
+
+
+THREE = (K, 100 * K, M)
+TWO = (K, M)
+TEXT = (KI, MI)
+LENGTHS = (16, KI, MI)
+COUNT = (10 * K,)
+
+ROWS = {
+    "hash_insert": [Against("absl|apr", by_size(THREE, 0.4, 1.0, 1.1))],
+    "hash_find_hit": [
+        Against("glib", by_size(THREE, 0.6, 0.85, 1.1)),
+        Against("absl", by_size(THREE, 1.15, 2.0, 1.8), "chains"),
+    ],
+    "hash_find_miss": [Against("unordered_map", by_size(THREE, 0.9, 1.0, 1.0))],
+    "hash_iterate": [Against("glib", by_size(THREE, 0.5, 1.2, 0.8))],
+    "hash_remove": [
+        Against("walk", by_size((K, 10 * K, 100 * K), 0.3, 0.15, 0.15)),
+        Against("absl", limit="dense text"),
+    ],
+    "btree_find": [
+        Against("absl", by_size(THREE, 0.6, 1.1, 0.95)),
+        Against("glib"),
+    ],
+    "btree_insert": [
+        Against("absl", by_size(THREE, 0.45, 0.95, 0.85)),
+        Against("glib"),
+    ],
+    "btree_iterate": [Against("absl"), Against("glib")],
+    "array_sort": [Against("std", by_size(TWO, 0.27, 0.33))],
+    "arrays_sort": [Against("qsort", every(0.7, M))],
+    "arrays_append": [
+        Against("glib", every(0.65, K, 100 * K)),
+        Against("vector"),
+    ],
+    "arrays_append_far": [Against("vector", limit="growth")],
+    "arrays_append_expanded": [Against("vector", every(1.3, 10 * M))],
+    "array_insert_middle": [Against("loop", every(0.15, 100 * K))],
+    "array_remove_middle": [Against("loop", every(0.15, 100 * K))],
+    "pool_batch": [
+        Against("malloc", every(0.5, *TWO)),
+        Against("boost", every(1.8, *TWO), "open pool"),
+    ],
+    "pool_pair": [
+        Against("malloc", every(0.5, M)),
+        Against("boost", every(1.8, M), "open pool"),
+    ],
+    "stream_fields_write": [Against("pointer", every(2.0, M))],
+    "stream_fields_read": [Against("pointer", every(2.0, M))],
+    "stream_compact_write": [Against("leb128", every(1.0, M))],
+    "stream_compact_read": [Against("leb128", every(1.0, M))],
+    "crc32": [
+        Against("libdeflate", every(1.2, 64)),
+        Against("isa-l", every(1.1, KI)),
+        Against("zlib", every(0.06, MI)),
+    ],
+    "hash_key": [Against("zlib", by_size((8, 16, 24), 0.55, 0.33, 0.25))],
+    "mem_chr": [Against("memchr", by_size(LENGTHS, 1.5, 1.05, 1.05))],
+    "mem_rchr": [Against("memrchr", by_size(LENGTHS, 1.5, 1.05, 1.05))],
+    "mem_str": [Against("memmem", by_size(LENGTHS, 0.5, 0.4, 0.33))],
+    "mem_cmp": [Against("memcmp", by_size(LENGTHS, 1.8, 1.15, 1.15))],
+    "mem_icmp": [Against("strncasecmp", every(0.5, *LENGTHS))],
+    "bits_insert": [Against("boost", every(1.0, M))],
+    "bits_find": [Against("boost", every(1.0, M))],
+    "clone_hash": [Against("unordered_map", every(0.4, M))],
+    "clone_hashd": [Against("unordered_map", every(0.4, M))],
+    "clone_btree": [Against("map", every(0.4, M))],
+    "clone_btreed": [Against("map", every(0.4, M))],
+    "wide_find": [Against("u16string", every(0.8, *TEXT))],
+    "wide_compare": [Against("u16string", every(0.8, *TEXT))],
+    "wide_widen": [Against("u16string", every(0.8, *TEXT))],
+}
+
+for family in ("hashd", "hashx", "hasht"):
+    for work in ("insert", "find", "remove", "iterate"):
+        ROWS[f"{family}_{work}"] = [
+            Against("unordered_map", every(0.6, *TWO)),
+            Against("uthash", every(0.6, *TWO)),
+            Against("absl", limit="chains"),
+        ]
+for family in ("btreed", "btreex"):
+    ROWS[f"{family}_find"] = [
+        Against("map", by_size(THREE, 0.65, 0.5, 0.5)),
+        Against("absl", by_size(THREE, 1.05, 1.2, 2.0), "nodes"),
+    ]
+    ROWS[f"{family}_insert"] = [
+        Against("map", every(0.8, *THREE)),
+        Against("absl", by_size(THREE, 0.8, 1.05, 1.3)),
+    ]
+for family in ("arrayd", "arrayx"):
+    ROWS[f"{family}_sort_random"] = [Against("std", by_size(TWO, 0.75, 0.32))]
+    ROWS[f"{family}_sort_few"] = [Against("std", every(0.3, M))]
+    ROWS[f"{family}_sort_sorted"] = [Against("std", every(1.0, M))]
+for work in ("append_char", "append_16"):
+    ROWS[f"string_{work}"] = [
+        Against("gbytearray", every(0.45, K, 100 * K)),
+        Against("gstring", every(0.45, K, 100 * K)),
+    ]
+for work in ("replace", "find", "trim", "lower"):
+    ROWS[f"string_{work}"] = [
+        Against("std", every(0.5, *TEXT)),
+        Against("gstring", every(0.5, *TEXT)),
+    ]
+for work in ("queue", "stack"):
+    for family in ("list", "lists"):
+        ROWS[f"{family}_{work}"] = [
+            Against("std", every(0.6, *TWO)),
+            Against("glib", every(0.6, *TWO)),
+        ]
+    ROWS[f"listx_{work}"] = [Against("deque", every(2.0, *TWO))]
+for number, target in (("integer", (0.2, 0.85)), ("long", (0.2, 0.85)), ("double", (0.05, 0.5))):
+    ROWS[f"print_{number}"] = [
+        Against("snprintf", every(target[0], *COUNT)),
+        Against("to_chars", every(target[1], *COUNT)),
+    ]
+for number, peer in (
+    ("integer", "strtol"),
+    ("long", "strtol"),
+    ("float", "strtod"),
+    ("double", "strtod"),
+):
+    ROWS[f"read_{number}"] = [
+        Against(peer, every(0.2, *COUNT)),
+        Against("from_chars", every(1.0, *COUNT)),
+    ]
+for work in ("build", "walk", "free"):
+    ROWS[f"tree_{work}"] = [Against("gnode", every(0.6, *TWO))]
+    ROWS[f"bitree_{work}"] = [Against("map", every(0.6, *TWO))]
+
+# Heap bytes per entry, not judged. apr maps its pages past malloc, so they are not seen.
+for family, peers in {
+    "hash": ("absl", "glib", "unordered_map"),
+    "hashd": ("absl", "unordered_map", "uthash"),
+    "hashx": ("absl", "unordered_map", "uthash"),
+    "hasht": ("absl", "unordered_map", "uthash"),
+    "btree": ("absl", "glib"),
+    "btreed": ("map", "absl"),
+    "btreex": ("map", "absl"),
+    "arrays": ("vector", "glib"),
+    "list": ("std", "glib"),
+    "lists": (),
+    "listx": ("deque",),
+    "tree": ("gnode",),
+    "bitree": ("map",),
+}.items():
+    ROWS[f"{family}_memory"] = [Against(peer) for peer in peers]
+
+# Families together, and weights at the end.
+FAMILIES = ("hash_", "hash", "btree", "array", "pool", "list", "string", "wide", "mem_", "stream")
+ROWS = dict(
+    sorted(
+        ROWS.items(),
+        key=lambda item: (
+            item[0].endswith("_memory"),
+            next((at for at, name in enumerate(FAMILIES) if item[0].startswith(name)), 99),
+        ),
+    )
+)
