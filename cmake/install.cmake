@@ -23,10 +23,5 @@ install(FILES ${PROJECT_BINARY_DIR}/qek_std-config.cmake
               ${PROJECT_BINARY_DIR}/qek_std-config-version.cmake
     DESTINATION ${qek_package_dir} COMPONENT development)
 
-cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}
-    OUTPUT_VARIABLE qek_pc_libdir)
-cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_INCLUDEDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}
-    OUTPUT_VARIABLE qek_pc_includedir)
-configure_file(cmake/qek_std.pc.in qek_std.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/qek_std.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+configure_file(cmake/install_pc.cmake.in install_pc.cmake @ONLY)
+install(SCRIPT ${PROJECT_BINARY_DIR}/install_pc.cmake COMPONENT development)
