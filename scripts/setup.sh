@@ -25,7 +25,12 @@ is_there() { # PACKAGE
     g++-*-linux-gnu) type "${1#g++-}"-{gcc,g++} ;;
     qemu-user) type qemu-{s390x,ppc,aarch64} ;;
     abigail-tools) type abidw abidiff ;;
-    clang-format | clang-tidy | debootstrap | gcovr | python3 | shellcheck | valgrind) type "$1" ;;
+    dpkg-dev) type dpkg-buildpackage ;;
+    debhelper) type dh ;;
+    pkg-config) type pkg-config ;;
+    clang-format | clang-tidy | debootstrap | gcovr | lintian | python3 | reuse | shellcheck | valgrind)
+        type "$1"
+        ;;
     *) return 1 ;;
     esac >/dev/null 2>&1
 }
