@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # Compiler flags: `qek_flags` is what every target of the project gets, `qek_library_flags` what only
 # the library gets.
 

@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # What an installed qek_std consists of: header, both libraries, CMake package, pkg-config file.
 
 include(CMakePackageConfigHelpers)

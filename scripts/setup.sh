@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # Sourced by the commands: finds out which Debian packages are missing, and gets them; configures.
 #
 # A package counts as there when what it brings is there, so that a machine that was set up in

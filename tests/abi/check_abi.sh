@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_abi.sh [--write]: the binary interface, for 64 and for 32 bits, is the one that was written
 # down beside this script; with --write, writes it down afresh.
 set -euo pipefail

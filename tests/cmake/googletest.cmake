@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # The test framework, from Debian's sources, built with the flags of the configuration at hand: one
 # way that also serves the 32-bit and the sanitizer builds, for which there is no package.
 set(INSTALL_GTEST OFF)
