@@ -27,6 +27,7 @@ Sets up what is missing, builds below build/, and runs every test. The last line
                      mutants                           a sample of changed instructions
                      abi                               the interface against the one written down
                      lint                              format, static analysis, scripts, header
+                     delivery                          packages and installations, as users have them
                      demo, outline                     the commands and examples, with bad input
   --help           print this text
 
@@ -49,7 +50,7 @@ wrong() {
 # default row.
 rows=(default clang sanitize clang-sanitize m32 m32-clang m32-sanitize
     windows windows-i686 s390x powerpc aarch64 levels
-    coverage memory valgrind thread fuzz mutants abi lint demo outline)
+    coverage memory valgrind thread fuzz mutants abi lint delivery demo outline)
 trust=(default sanitize clang-sanitize m32-sanitize
     coverage memory valgrind thread fuzz mutants levels abi)
 declare -A needs=(
@@ -70,6 +71,7 @@ declare -A needs=(
     [fuzz]="clang libclang-rt-14-dev"
     [mutants]=python3
     [abi]="abigail-tools g++-12-multilib"
+    [delivery]="debhelper dpkg-dev lintian pkg-config python3 reuse"
     [lint]="clang g++-12-multilib clang-format clang-tidy shellcheck"
 )
 
@@ -163,6 +165,7 @@ run() { # ROW
     case $1 in
     windows-i686) run_windows_i686 ;;
     levels) "$root/tests/platform/check_levels.sh" ;;
+    delivery) "$root/scripts/check_delivery.sh" ;;
     coverage | valgrind | mutants) "$root/scripts/$1.sh" ;;
     memory | thread) run_preset "$1" qek_header_examples qek_threads qek_word_index ;;
     fuzz) "$root/fuzz/run.sh" ;;
