@@ -50,6 +50,6 @@ target_compile_options(qek_library_flags INTERFACE
 target_compile_options(qek_library_flags INTERFACE
     $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>
     $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=.>)
-if(QEK_FUZZ)
+if(QEK_FUZZ AND QEK_FUZZ_ENGINE STREQUAL "-fsanitize=fuzzer")
     target_compile_options(qek_library_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
