@@ -80,7 +80,10 @@ must "the library, installed" install_all
 must "the library as a part of another project" \
     consume part -DSOURCE="$two" -DCMAKE_INSTALL_PREFIX="$work/part"
 must "Debian packages" "$one/scripts/make_deb.sh" "$work/debs"
-twice() { umask 077 && TZ=Pacific/Auckland LC_ALL=C.UTF-8 "$two/scripts/make_deb.sh" "$work/debs2"; }
+twice() (
+    umask 077
+    TZ=Pacific/Auckland LC_ALL=C.UTF-8 "$two/scripts/make_deb.sh" "$work/debs2"
+)
 must "Debian packages, from the other place" twice
 
 header=$stage/include/qek_std.h library=$stage/lib/libqek_std.so
@@ -107,7 +110,7 @@ same_debs() {
 tells_no_place() { ! grep -rlF "$work" "$stage"; }
 works_as_part() {
     says "$work/built/part/with_qek_std" && says "$work/built/part/with_qek_std_static" &&
-        is "$version" "$(<"$work/built/part/version")" &&
+        is "$version *" "$(<"$work/built/part/found")" &&
         cmake --install "$work/built/part" && [[ ! -e $work/part ]]
 }
 check "both places make the same libraries" same_libraries
@@ -119,7 +122,7 @@ rm -rf "$one" "$work/another" "$work/library" "$work/built"
 
 # CMake: the package in a prefix, in one that was moved, and in all the others.
 package() { # NAME PREFIX
-    consume "$1" -DCMAKE_PREFIX_PATH="$2" && is "$version" "$(<"$work/built/$1/version")" &&
+    consume "$1" -DCMAKE_PREFIX_PATH="$2" && is "$version $2/*" "$(<"$work/built/$1/found")" &&
         says "$work/built/$1/with_qek_std" && says "$work/built/$1/with_qek_std_static"
 }
 accepts() { # VERSION
@@ -144,7 +147,8 @@ runtime() { # what runs a program is there, and nothing of what builds one
     [[ -f $work/runtime/lib/$soname && ! -e $work/runtime/lib/libqek_std.so ]] &&
         ! names "$work/runtime" | grep -E '\.(h|a|cmake|pc)$' &&
         [[ ! -e $work/development/lib/$soname ]] &&
-        gcc "$main" -I"$work/development/include" "$work/runtime/lib/$soname" -o "$work/built/bare" &&
+        gcc -I"$work/development/include" "$main" "$work/runtime/lib/$soname" \
+            -o "$work/built/bare" &&
         says "$work/built/bare" "$work/runtime/lib"
 }
 check "components, together" complete
@@ -162,7 +166,8 @@ with_pc() { # PC_FOLDER LIBRARIES HEADERS
         gcc -std=c99 -Wall -Wextra -Wpedantic -Werror "$main" -o "$program" \
             $(pkg-config --cflags --libs qek_std) &&
         says "$program" "$2" &&
-        gcc "$main" $(pkg-config --static --cflags qek_std) "$2/libqek_std_static.a" -o "$program" &&
+        gcc $(pkg-config --static --cflags qek_std) "$main" "$2/libqek_std_static.a" \
+            -o "$program" &&
         says "$program"
 }
 in_system() { # the compiler's own folders are not named
@@ -232,8 +237,9 @@ example() { # FOLDER
 }
 index_runs() {
     cd "$work/built/word_index"
-    echo "$said" >text && ./word_index --index index -- text && ./word_index --check index --prefix harb |
-        is "1 harbour" "$(cat)"
+    echo "$said" >text
+    ./word_index --index index -- text &&
+        is "1 harbour" "$(./word_index --check index --prefix harb)"
 }
 outline_runs() {
     printf '3 a/b\n4 a/c\n' >"$work/built/list" &&
@@ -255,11 +261,11 @@ check "packages, the outline runs" outline_runs
 # The bill of materials names every file with its checksum.
 sbom=$work/qek_std-$version.spdx.json
 bill() {
-    "$root/scripts/make_sbom.py" "$stage" >"$sbom" && python3 - "$sbom" >"$work/built/sums" <<'END' &&
-import json, sys
-for file in json.load(open(sys.argv[1]))["files"]:
-    print(file["checksums"][1]["checksumValue"], "", file["fileName"])
-END
+    "$root/scripts/make_sbom.py" "$stage" >"$sbom" &&
+        python3 -c 'import json, sys
+for file in json.load(sys.stdin)["files"]:
+    print(file["checksums"][1]["checksumValue"], "", file["fileName"])' \
+            <"$sbom" >"$work/built/sums" &&
         is "$(names "$stage")" "$(sed 's|.*  \./||' "$work/built/sums")" &&
         (cd "$stage" && sha256sum --check --strict --quiet "$work/built/sums")
 }
