@@ -57,7 +57,7 @@ def package(identifier, name, **fields):
 def needed(prefix):
     """The shared libraries that the installed ones name."""
     names = set()
-    for library in prefix.rglob("*.so.*"):
+    for library in prefix.rglob("*.so.*[0-9]"):
         heads = subprocess.run(["objdump", "-p", library], check=True, text=True,
                                capture_output=True).stdout
         names.update(re.findall(r"NEEDED +(\S+)", heads))
