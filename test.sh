@@ -71,8 +71,9 @@ declare -A needs=(
     [fuzz]="clang libclang-rt-14-dev"
     [mutants]=python3
     [abi]="abigail-tools g++-12-multilib"
-    [delivery]="debhelper dpkg-dev lintian pkg-config python3 reuse"
-    [lint]="clang g++-12-multilib clang-format clang-tidy shellcheck"
+    [delivery]="debhelper dpkg-dev lintian pkg-config python3 reuse
+        doxygen gdb libedit-dev libxml2-utils"
+    [lint]="clang g++-12-multilib clang-format clang-tidy shellcheck libedit-dev"
 )
 
 # What the rows of --trust aim at.

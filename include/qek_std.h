@@ -12,6 +12,10 @@
 /**
  * @file qek_std.h
  * @brief Containers and text primitives over records that the caller owns.
+ */
+
+/**
+ * @mainpage Manual
  *
  * qek_std is 624 plain functions: 622 named `qek_<family>_<operation>`, and qek_malloc() and
  * qek_free(). A family is one record type and the functions that take a pointer to it. There is no
@@ -65,6 +69,20 @@
  * @section manual_threads Threads
  * A record is used by one thread at a time. Calls on different records may run at the same time.
  * Two records that share a borrowed pool count as one record for this rule.
+ *
+ * @section manual_families Families
+ * | for                  | families                                                              |
+ * |----------------------|-----------------------------------------------------------------------|
+ * | bytes                | @ref heap, @ref mem, @ref stream, @ref bits                           |
+ * | texts of one's own   | @ref string, @ref wchar                                               |
+ * | texts of others      | @ref str, @ref char, @ref stringx                                     |
+ * | items                | @ref pool, @ref callbacks                                             |
+ * | words in a row       | @ref arrays, @ref arrayt                                              |
+ * | pairs in a row       | @ref array, @ref arrayd, @ref arrayx                                  |
+ * | look-up by key       | @ref hash, @ref hashd, @ref hashx, @ref hasht                         |
+ * | keys in order        | @ref btree, @ref btreed, @ref btreex                                  |
+ * | lists                | @ref list, @ref lists, @ref listx                                     |
+ * | trees                | @ref tree, @ref bitree                                                |
  */
 
 #if defined(QEK_STD_STATIC)
@@ -81,11 +99,20 @@
 #define QEK_API
 #endif
 
-/** Version of this header and of the library; the build checks that numbers and text agree. */
+/**
+ * @name Version
+ * Version of this header and of the library; the build checks that numbers and text agree.
+ * @{
+ */
+/** Goes up with a break of compatibility, from 1 on. */
 #define QEK_STD_VERSION_MAJOR 0
+/** Goes up with new functions, and while the first number is 0 also with a break. */
 #define QEK_STD_VERSION_MINOR 1
+/** Goes up with repairs. */
 #define QEK_STD_VERSION_PATCH 0
+/** The three numbers as a text. */
 #define QEK_STD_VERSION "0.1.0"
+/** @} */
 
 #ifdef __cplusplus
 extern "C" {
@@ -653,7 +680,7 @@ typedef struct qek_string {
 } qek_string;
 
 /**
- * @name Buffer
+ * @name Stream buffer
  * The record, its memory, and single bytes.
  * @{
  */
@@ -863,7 +890,7 @@ QEK_API int32_t qek_stream_find_pos(const qek_stream *stream, uint8_t ch, int32_
 /** @} */
 
 /**
- * @name Extraction
+ * @name Extraction from streams
  * Copies of a part into another record. The source stays as it is; the content of `target`, which
  * must be initialised, is replaced from its first byte on and its buffer reused. When memory runs
  * out `target` stays as it was, silently.
@@ -1331,7 +1358,7 @@ QEK_API uint8_t qek_stream_check(const void *bytes, int32_t size);
  */
 
 /**
- * @name Buffer
+ * @name String buffer
  * The record, its memory, and single bytes.
  * @{
  */
@@ -1421,7 +1448,7 @@ QEK_API void qek_string_set_at(qek_string *string, int32_t index, uint8_t ch);
 /** @} */
 
 /**
- * @name Editing
+ * @name Editing strings
  * @{
  */
 
@@ -1622,7 +1649,7 @@ QEK_API int32_t qek_string_find_pos(const qek_string *string, const void *text, 
 /** @} */
 
 /**
- * @name Extraction
+ * @name Extraction from strings
  * Copies of a part into another string, with a terminator. The source stays as it is; the text of
  * `target`, which must be initialised, is replaced and its buffer reused. When memory runs out
  * `target` stays as it was, silently.
@@ -2003,7 +2030,7 @@ QEK_API int64_t qek_char_get_long(const qek_char *record);
 
 /**
  * Tells whether the whole text is a decimal: an optional `-`, one or more digits, then optionally a
- * `.` and zero or more digits. `12.` is one; `.5`, `-.5` and `1e5` are not.
+ * point and zero or more digits. `12.` is one; `.5`, `-.5` and `1e5` are not.
  * @param record  the slice
  * @return 1 if it is; 0 if not, or if `length` is below 1
  */
@@ -2011,8 +2038,8 @@ QEK_API int32_t qek_char_is_float(const qek_char *record);
 
 /**
  * Reads the decimal that the text starts with: an optional `-`, digits, and, behind at least one
- * digit, a `.` and more digits, up to the first byte that does not belong. There is no exponent,
- * and the decimal separator is `.` in every locale.
+ * digit, a point and more digits, up to the first byte that does not belong. There is no exponent,
+ * and the decimal separator is a point in every locale.
  *
  * The last bits are fixed by the arithmetic, all of it in double. A digit before the point: the
  * value times 10.0, plus the byte's value, minus 48.0, in that order. The k-th decimal: the digit
@@ -4255,8 +4282,8 @@ QEK_API void qek_array_to_string(const qek_array *record, uint8_t separator, qek
  * and the sort are those of @ref arrays; which operations keep the order is told in @ref arrayd.
  * Output pointers are not tested and must not be null.
  *
- * Cost: as @ref arrayd: append is amortised constant, a binary search logarithmic, `afind` linear;
- * insertion and removal move the pairs behind the place.
+ * Cost: as in @ref arrayd. Append is amortised constant, a binary search logarithmic, `afind`
+ * linear; insertion and removal move the pairs behind the place.
  *
  * Take another family when: 32 bits are enough for a key (@ref arrayd), keys are byte strings
  * (@ref array), order does not matter (@ref hashx), or a large set changes often and must stay in
@@ -6251,7 +6278,7 @@ QEK_API void qek_btree_free_all(qek_btree *btree, qek_value_fn free_value);
  * always compares as less, so that a NaN is never found again and misleads searches for other keys;
  * do not store one.
  *
- * The order of use, the pools, the life of a node pointer and the links are as in @ref btree:
+ * The order of use, the pools, the life of a node pointer and the links are those of @ref btree.
  * `prev` and `next` are kept by insertion only and must not be followed after a removal, until the
  * tree has been empty. Integers are then walked by qek_btreed_node_bfind() of the last key seen
  * plus 1, up to the key of qek_btreed_node_last().
@@ -7108,7 +7135,7 @@ QEK_API void qek_list_to_string(const qek_list *list, uint8_t separator, qek_str
  * @defgroup lists Simple list
  * Doubly linked words, kept where the caller puts them: @ref list without keys.
  *
- * Positions and walks are those of @ref list: a position is a pointer to a node, null is past
+ * Positions and walks are those of @ref list. A position is a pointer to a node, null is past
  * either end, and it stays valid until its node is removed; no position is tested for belonging to
  * the list. A word of 0 cannot be told from the result for an empty list; where that matters, look
  * at `count` or at the position.

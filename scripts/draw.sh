@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 The qek_std authors
-# draw.sh: makes the drawing in docs/ from its source. Needs `dot`, of the package graphviz.
+# draw.sh: makes the drawings in docs/ from their sources. Needs `dot`, of the package graphviz.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -13,8 +13,10 @@ if ! type dot >/dev/null 2>&1; then
 fi
 
 # Into place only when it is whole.
-drawing=docs/architecture.svg
-trap 'rm -f "$drawing.new"' EXIT
-dot -Tsvg docs/architecture.dot -o "$drawing.new"
-mv "$drawing.new" "$drawing"
-echo "$drawing"
+for source in docs/*.dot; do
+    drawing=${source%.dot}.svg
+    trap 'rm -f "$drawing.new"' EXIT
+    dot -Tsvg "$source" -o "$drawing.new"
+    mv "$drawing.new" "$drawing"
+    echo "$drawing"
+done

@@ -28,10 +28,11 @@ is_there() { # PACKAGE
     abigail-tools) type abidw abidiff ;;
     dpkg-dev) type dpkg-buildpackage ;;
     debhelper) type dh ;;
-    pkg-config) type pkg-config ;;
-    clang-format | clang-tidy | debootstrap | gcovr | lintian | python3 | reuse | shellcheck | valgrind)
-        type "$1"
-        ;;
+    libxml2-utils) type xmllint ;;
+    graphviz) type dot ;;
+    libedit-dev) test -f /usr/include/editline/readline.h ;;
+    chromium | clang-format | clang-tidy | debootstrap | doxygen | gcovr | gdb | lintian) type "$1" ;;
+    pkg-config | python3 | reuse | shellcheck | valgrind) type "$1" ;;
     *) return 1 ;;
     esac >/dev/null 2>&1
 }

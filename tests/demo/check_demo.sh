@@ -72,17 +72,6 @@ rm -f "$work"/bin/{gcc,g++,cmake,ctest,ninja}
 check "setup as root" expect 0 "asked for: $install"$'\ngoes on' \
     as_user 0 bash -c "$setup" setup "$root/scripts/setup.sh"
 
-# The first program of the README is one that compiles, and prints what the README says.
-# shellcheck disable=SC2016 # these are backquotes of Markdown
-readme_program() {
-    sed -n '/^```c$/,/^```$/{/^```/d;p}' "$root/README.md" >"$work/readme.c"
-    gcc -std=c99 -pedantic -Wall -Wextra -Werror -I"$root/build/stage/include" "$work/readme.c" \
-        "$root"/build/stage/lib*/libqek_std.so -Wl,-rpath,"$root/build/demo/library" \
-        -o "$work/readme"
-    grep -F "It prints \`$("$work/readme")\`." "$root/README.md"
-}
-check "the program of the README" readme_program
-
 # The program's own command line.
 cd "$work"
 check "no text" expect 2 "no text" "$program"
