@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 set -euo pipefail
 
 usage() {
@@ -30,6 +31,8 @@ Sets up what is missing, builds below build/, and runs every test. The last line
                      abi                               the interface against the one written down
                      soak                              a hundredth of what --soak does
                      lint                              format, static analysis, scripts, header
+                     delivery                          packages and installations, as users have them
+                     bench                             that the benchmarks run and do equal work
                      demo, outline                     the commands and examples, with bad input
   --help           print this text
 
@@ -52,7 +55,7 @@ wrong() {
 # default row.
 rows=(default clang sanitize clang-sanitize m32 m32-clang m32-sanitize
     windows windows-i686 s390x powerpc aarch64 levels
-    coverage memory valgrind thread fuzz mutants abi lint demo outline)
+    coverage memory valgrind thread fuzz mutants abi lint delivery bench demo outline)
 trust=(default allocations limits depth sanitize clang-sanitize m32-sanitize
     coverage memory valgrind thread fuzz mutants levels abi soak)
 declare -A needs=(
@@ -73,6 +76,8 @@ declare -A needs=(
     [fuzz]="clang libclang-rt-14-dev"
     [mutants]=python3
     [abi]="abigail-tools g++-12-multilib"
+    [delivery]="debhelper dpkg-dev lintian pkg-config python3 reuse
+        doxygen gdb libedit-dev libxml2-utils"
     [lint]="clang g++-12-multilib clang-format clang-tidy shellcheck libedit-dev"
 )
 
@@ -115,6 +120,7 @@ strict=${QEK_SKIPS_FAIL:-0}
 . "$root/scripts/setup.sh"
 # shellcheck source=scripts/tally.sh
 . "$root/scripts/tally.sh"
+needs[bench]=${packages_to_bench[*]}
 
 packages=("${packages_to_test[@]}")
 for name in "${chosen[@]}"; do
@@ -169,6 +175,8 @@ run() { # ROW
     case $1 in
     windows-i686) run_windows_i686 ;;
     levels) "$root/tests/platform/check_levels.sh" ;;
+    delivery) "$root/scripts/check_delivery.sh" ;;
+    bench) "$root/tests/bench/check_bench.sh" ;;
     coverage | valgrind | mutants) "$root/scripts/$1.sh" ;;
     memory | thread) run_preset "$1" 'header|demo' qek_header_examples qek_threads qek_word_index ;;
     allocations) run_preset default 'allocation|memory|preload|missing_pools' ;;

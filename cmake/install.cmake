@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # What an installed qek_std consists of: header, both libraries, CMake package, pkg-config file, and
 # what shows its records in a debugger.
 
@@ -24,13 +25,8 @@ install(FILES ${PROJECT_BINARY_DIR}/qek_std-config.cmake
               ${PROJECT_BINARY_DIR}/qek_std-config-version.cmake
     DESTINATION ${qek_package_dir} COMPONENT development)
 
-cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}
-    OUTPUT_VARIABLE qek_pc_libdir)
-cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_INCLUDEDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}
-    OUTPUT_VARIABLE qek_pc_includedir)
-configure_file(cmake/qek_std.pc.in qek_std.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/qek_std.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+configure_file(cmake/install_pc.cmake.in install_pc.cmake @ONLY)
+install(SCRIPT ${PROJECT_BINARY_DIR}/install_pc.cmake COMPONENT development)
 
 # gdb looks below its folder auto-load for the whole name of a library that it meets, and runs what
 # it finds there. The prefix is known when the installation runs.

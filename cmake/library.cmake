@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # The library, shared and static, from one list of sources.
 
 set(qek_sources

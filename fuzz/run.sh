@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # run.sh [SECONDS] [TARGET...]: fuzzes each target, or all, for some seconds (60), several at a time.
 # What is found lies below build/fuzz/found/, with the log; `qek_tests FILE` replays it where
 # QEK_FUZZ_TARGET names the target. Result: 0 without a finding, else 1; 2 if the call was wrong.

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # soak.sh [OPERATIONS]: random operations on all families (200 million), shared among the
 # processors. Fails at the first difference from a model, broken structure or block that is left.
 set -euo pipefail

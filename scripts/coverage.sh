@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # coverage.sh: runs the tests with counters, and prints how many of the library's lines and branches
 # ran; fails below all of them. A report is left in build/coverage/report. What is not counted is
 # marked at its place, by gcovr's EXCL comments with a reason behind.

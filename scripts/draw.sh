@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # draw.sh: makes the drawings in docs/ from their sources. Needs `dot`, of the package graphviz.
 set -euo pipefail
 

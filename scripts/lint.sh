@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # lint.sh: format, static analysis, shell scripts, and the header under every compiler. Expects the
 # default configuration in build/default.
 set -euo pipefail

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # make_reference.sh [PREFIX]: makes the reference, build/reference/html/index.html, from the public
 # header: that of an installed qek_std, or the one here. A warning is an error, and every exported
 # function, every parameter and every field must be in it.

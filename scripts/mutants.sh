@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # mutants.sh [COUNT]: how many of so many changes of the compiled library the tests notice; 300 of
 # them if not told, 0 for all that there are. At least 95 % have to be.
 set -euo pipefail

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # run_wine.sh BITS PROGRAM ARGUMENT...: runs a Windows program of 64 or 32 bits. A program that
 # crashes under wine may end with 0 all the same, so its last line must say that it came to its end.
 # For 32 bits there is a Debian tree of its own (wine32.sh), in which this project and /tmp are seen.

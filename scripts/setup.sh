@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # Sourced by the commands: finds out which Debian packages are missing, and gets them; configures.
 #
 # A package counts as there when what it brings is there, so that a machine that was set up in
@@ -44,11 +45,13 @@ is_there() { # PACKAGE
     libisal-dev) has_header isa-l/crc.h ;;
     zlib1g-dev) has_header zlib.h ;;
     abigail-tools) type abidw abidiff ;;
+    dpkg-dev) type dpkg-buildpackage ;;
+    debhelper) type dh ;;
     libxml2-utils) type xmllint ;;
     graphviz) type dot ;;
     libedit-dev) test -f /usr/include/editline/readline.h ;;
-    pkg-config) type pkg-config ;;
-    chromium | clang-format | clang-tidy | debootstrap | doxygen | gcovr | gdb | python3 | shellcheck | valgrind) type "$1" ;;
+    chromium | clang-format | clang-tidy | debootstrap | doxygen | gcovr | gdb | lintian) type "$1" ;;
+    pkg-config | python3 | reuse | shellcheck | valgrind) type "$1" ;;
     *) return 1 ;;
     esac >/dev/null 2>&1
 }

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # Sourced by scripts that look at an installed library: finds the prefix to look at. Expects $root
 # and scripts/setup.sh.
 

@@ -1,5 +1,6 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # Sourced by scripts that check one thing after the other and count.
 
 passed=0 failed=0 skipped=0

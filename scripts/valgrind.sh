@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # valgrind.sh: the tests of the default configuration under valgrind, in as many parts as there are
 # processors. Those that fork or go deep are left to the sanitizers.
 set -euo pipefail

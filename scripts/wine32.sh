@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # wine32.sh: makes build/wine32, a small Debian tree for 32-bit x86 with wine in it, since a machine
 # for 64 bits has no wine for 32. Fails where that cannot be had or cannot be used.
 set -euo pipefail

@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # The test programs.
 include(cmake/googletest.cmake)
 
@@ -46,8 +47,20 @@ add_test(NAME fuzz.corpus COMMAND qek_tests ${inputs})
 if(QEK_FUZZ)
     add_executable(qek_fuzz ${watched})
     set_target_properties(qek_fuzz PROPERTIES LINKER_LANGUAGE CXX)
-    target_link_libraries(qek_fuzz PRIVATE qek_test_objects ${watched})
-    target_link_options(qek_fuzz PRIVATE -fsanitize=fuzzer)
+    # Each target as a program that needs not be told its name, for packaging/fuzz/build.sh.
+    add_custom_target(qek_fuzz_each)
+    file(GLOB names RELATIVE ${PROJECT_SOURCE_DIR}/fuzz/corpus CONFIGURE_DEPENDS
+        ${PROJECT_SOURCE_DIR}/fuzz/corpus/*)
+    list(TRANSFORM names PREPEND qek_fuzz_ OUTPUT_VARIABLE fuzzers)
+    foreach(name fuzzer IN ZIP_LISTS names fuzzers)
+        add_executable(${fuzzer} EXCLUDE_FROM_ALL ../fuzz/target.cpp ${watched})
+        target_compile_definitions(${fuzzer} PRIVATE "QEK_FUZZ_TARGET=\"${name}\"")
+        add_dependencies(qek_fuzz_each ${fuzzer})
+    endforeach()
+    foreach(fuzzer qek_fuzz ${fuzzers})
+        target_link_libraries(${fuzzer} PRIVATE qek_test_objects ${watched})
+        target_link_options(${fuzzer} PRIVATE ${QEK_FUZZ_ENGINE})
+    endforeach()
 endif()
 if(NOT QEK_SANITIZE)
     add_test(NAME exports.calls

@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # A build for another platform with Debian's cross compilers. The preset names the platform by
 # QEK_TRIPLET; programs for it run under an emulator: wine for Windows, qemu for Linux.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES QEK_TRIPLET)

@@ -46,7 +46,7 @@ for path in glob.glob(folder + '/group__*.xml') + glob.glob(folder + '/struct*.x
         elif kind == 'typedef':
             count('type', name, said)
 
-exported = {line for line in open(exports).read().split() if re.match('qek_', line)}
+exported = {line for line in open(exports).read().splitlines() if re.match('qek_', line)}
 missing += ['function ' + name for name in sorted(exported ^ names)]
 print('%d of %d functions, %d parameters, %d fields, %d types are documented'
       % (counts['function'], len(exported), counts['parameter'], counts['field'], counts['type']))

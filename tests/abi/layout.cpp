@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+// SPDX-FileCopyrightText: 2026 The qek_std authors
 #include "abi/layout.h"
 
 extern const int qek_layout_in_cxx;

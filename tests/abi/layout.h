@@ -1,4 +1,5 @@
 /* SPDX-License-Identifier: MIT
+ * SPDX-FileCopyrightText: 2026 The qek_std authors
  *
  * Asserts, while compiling, the layout that layout.def tells. C99 and C++11.
  */

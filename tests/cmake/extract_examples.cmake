@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # Writes the examples of the public header into one C program that runs them all.
 #
 #   cmake -D HEADER=qek_std.h -D OUTPUT=examples.c -P extract_examples.cmake

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_examples.sh [PREFIX]: builds the examples against an installed qek_std by CMake and by a
 # plain call of the compiler, and compares what they make of good and of bad input with the texts in
 # tests/delivery/examples/. Without PREFIX it installs below build/. With --show NAME in front it

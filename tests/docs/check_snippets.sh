@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_snippets.sh [PREFIX]: every piece of C in README.md, in docs/guide.md and in the installed
 # header compiles without a warning, runs without a finding of the sanitizers, and prints what stands
 # below it. Without PREFIX it installs below build/.

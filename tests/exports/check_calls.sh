@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_calls.sh LIST OBJECT...: every function of the list is called from the objects of the tests.
 # NM names the platform's tool.
 set -euo pipefail

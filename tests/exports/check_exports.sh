@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_exports.sh HEADER LIST LIBRARY: the header declares exactly what the list names, and the
 # library exports the same and nothing else. NM and OBJDUMP name the platform's tools.
 set -euo pipefail

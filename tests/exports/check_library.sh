@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_library.sh SHARED STATIC: the finished library needs the C runtime alone, goes by its name,
 # and has no data of its own that could change. NM, OBJDUMP and STRIP name the platform's tools.
 set -euo pipefail

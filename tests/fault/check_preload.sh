@@ -1,5 +1,6 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # Has each allocation of the library refused in turn, once and from then on, inside of a program.
 # Usage: check_preload.sh REFUSING_LIBRARY PROGRAM
 set -eu

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_gdb.sh [PREFIX]: gdb, told of an installed qek_std and of nothing else, shows the records of
 # records.c as expected.txt has them. Without PREFIX it installs below build/. With --show in front
 # it prints what gdb shows; that is how expected.txt is made.

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 """Changes one instruction of the library inside the test program at a time and runs the tests.
 
 A mutant is the compiled test program with one conditional jump, move or flag turned round, or one

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_levels.sh: whatever compiler and level of optimisation the library is built with, the tests
 # print the same. The test objects of the default configuration are linked with each library.
 set -euo pipefail
