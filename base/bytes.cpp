@@ -8,9 +8,6 @@
 
 namespace qek {
 
-namespace {
-
-// The index of the first byte that differs, or `size` if none does.
 std::int32_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int32_t size) noexcept
 {
     std::int32_t at = 0;
@@ -30,8 +27,6 @@ std::int32_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int32_t
     }
     return at;
 }
-
-} // namespace
 
 std::int32_t find_last_byte(const void *bytes, std::int32_t size, std::uint8_t ch) noexcept
 {

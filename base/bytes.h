@@ -13,6 +13,7 @@
 
 #include "base/arith.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -22,6 +23,14 @@ namespace qek {
 inline const std::uint8_t *as_bytes(const void *bytes) noexcept
 {
     return static_cast<const std::uint8_t *>(bytes);
+}
+
+// Eight bytes as a number, the first one highest, so that numbers stand as the bytes do.
+inline std::uint64_t load_high_first(const std::uint8_t *bytes) noexcept
+{
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return std::endian::native == std::endian::little ? __builtin_bswap64(word) : word;
 }
 
 inline std::int32_t text_length(const void *text) noexcept
@@ -73,6 +82,9 @@ std::int32_t find_last_byte(const void *bytes, std::int32_t size, std::uint8_t c
 // included: the scan has no shortcut for it, and that is intended.
 std::int32_t find_bytes(const void *hay, std::int32_t hay_size, const void *needle,
                         std::int32_t needle_size) noexcept;
+
+// The index of the first byte that differs, or `size` if none does.
+std::int32_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int32_t size) noexcept;
 
 std::int32_t order_bytes(const void *a, std::int32_t a_size, const void *b,
                          std::int32_t b_size) noexcept;
