@@ -33,6 +33,17 @@ inline std::uint64_t load_high_first(const std::uint8_t *bytes) noexcept
     return std::endian::native == std::endian::little ? __builtin_bswap64(word) : word;
 }
 
+// A number whose first byte is the lowest.
+template <typename Word> Word load_low_first(const std::uint8_t *bytes) noexcept
+{
+    Word word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    if constexpr (std::endian::native == std::endian::big) {
+        word = static_cast<Word>(__builtin_bswap64(word) >> (64 - 8 * sizeof word));
+    }
+    return word;
+}
+
 inline std::int32_t text_length(const void *text) noexcept
 {
     constexpr std::size_t most = std::numeric_limits<std::int32_t>::max();
