@@ -38,11 +38,17 @@ struct text_policy {
         at.hash = static_cast<std::uint32_t>(number);
         keys::store(of.keys, at, sought);
     }
-    static void forget(table &of, const entry &removed) noexcept
+    static void forget(table &of, entry &removed) noexcept
     {
         const keys::run gone = keys::run_of(removed);
-        if (gone.length != 0) {
-            keys::erase(of.keys, gone);
+        if (gone.length == 0) {
+            return;
+        }
+        keys::erase(of.keys, gone);
+        if (fills_its_pool(of)) {
+            sweep_pool(*of.entry_pool, gone);
+            removed.key_offset = gone.offset;
+        } else {
             hash::for_each<entry>(of.buckets,
                                   [&](entry &other) { keys::follow_removal(other, gone); });
         }
@@ -50,6 +56,25 @@ struct text_policy {
     static void grow_ahead(table &of, std::int64_t bytes) noexcept
     {
         buffer::expand<buffer::stream_form>(of.keys, bytes);
+    }
+
+  private:
+    // Whether the live items of the pool are the entries of this table and no others.
+    static bool fills_its_pool(const table &of) noexcept
+    {
+        return of.owns_entry_pool != 0 && of.entry_pool->live_count == of.entry_count &&
+               of.entry_pool->item_size == static_cast<std::int32_t>(sizeof(entry));
+    }
+
+    // What the walk along the chains does, in the order of memory, and an eighth of its time at a
+    // hundred thousand entries. Freed items lie between the entries and must come out as they went
+    // in, so meanwhile they stand with an offset below that of any text.
+    static void sweep_pool(const qek_pool &pool, keys::run gone) noexcept
+    {
+        constexpr auto put_below = [](entry &freed) { freed.key_offset ^= 0x80000000U; };
+        pool::for_each_freed<entry>(pool, put_below);
+        pool::for_each_slot<entry>(pool, [=](entry &at) { keys::follow_removal(at, gone); });
+        pool::for_each_freed<entry>(pool, put_below);
     }
 };
 
