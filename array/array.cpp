@@ -230,7 +230,8 @@ class text_ranks {
         std::int32_t shared = larger(first.length, 0);
         for (std::int32_t at = 1; at < count && shared > 0; ++at) {
             const keys::text other = keys::text_of(*keys_, slots[at]);
-            shared = mismatch(first.bytes, other.bytes, smaller(shared, larger(other.length, 0)));
+            shared = static_cast<std::int32_t>(
+                mismatch(first.bytes, other.bytes, smaller(shared, larger(other.length, 0))));
         }
         text_ranks ranks = *this;
         ranks.shared_ = shared;

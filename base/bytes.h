@@ -7,8 +7,8 @@
 // differ decide, as unsigned numbers, and their difference is the result; with no difference it is
 // the difference of the lengths. Callers rely on the number and not only on its sign.
 //
-// Searches go through the C runtime's memchr and memcmp, which no loop of ours beats; the mismatch
-// needs the place and not the sign, so it walks words by itself.
+// Searches for single bytes and equality go through the C runtime, which no loop of ours beats; a
+// mismatch needs the place and not the sign.
 #pragma once
 
 #include "base/arith.h"
@@ -42,6 +42,18 @@ template <typename Word> Word load_low_first(const std::uint8_t *bytes) noexcept
         word = static_cast<Word>(__builtin_bswap64(word) >> (64 - 8 * sizeof word));
     }
     return word;
+}
+
+// One to seven bytes, the first one lowest.
+inline std::uint64_t load_few(const std::uint8_t *bytes, std::int32_t size) noexcept
+{
+    if (size >= 4) {
+        return load_low_first<std::uint32_t>(bytes) |
+               std::uint64_t{load_low_first<std::uint32_t>(bytes + size - 4)} << (8 * (size - 4));
+    }
+    const std::int32_t mid = size / 2;
+    return bytes[0] | std::uint64_t{bytes[mid]} << (8 * mid) |
+           std::uint64_t{bytes[size - 1]} << (8 * (size - 1));
 }
 
 inline std::int32_t text_length(const void *text) noexcept
@@ -95,7 +107,7 @@ std::int32_t find_bytes(const void *hay, std::int32_t hay_size, const void *need
                         std::int32_t needle_size) noexcept;
 
 // The index of the first byte that differs, or `size` if none does.
-std::int32_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int32_t size) noexcept;
+std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept;
 
 std::int32_t order_bytes(const void *a, std::int32_t a_size, const void *b,
                          std::int32_t b_size) noexcept;

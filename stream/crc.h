@@ -68,18 +68,6 @@ inline std::uint32_t crc_of_word(std::uint64_t word, int behind) noexcept
            ((step(4) ^ step(5)) ^ (step(6) ^ step(7)));
 }
 
-// Up to seven bytes, the first one lowest.
-inline std::uint64_t load_few(const std::uint8_t *bytes, std::int32_t size) noexcept
-{
-    if (size >= 4) {
-        return load_low_first<std::uint32_t>(bytes) |
-               std::uint64_t{load_low_first<std::uint32_t>(bytes + size - 4)} << (8 * (size - 4));
-    }
-    const std::int32_t mid = size / 2;
-    return bytes[0] | std::uint64_t{bytes[mid]} << (8 * mid) |
-           std::uint64_t{bytes[size - 1]} << (8 * (size - 1));
-}
-
 inline std::uint32_t crc_by_words(std::uint32_t crc, const std::uint8_t *bytes,
                                   std::int32_t size) noexcept
 {
