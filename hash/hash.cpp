@@ -59,10 +59,12 @@ struct text_policy {
     }
 
   private:
-    // Whether the live items of the pool are the entries of this table and no others.
+    // Whether the live items of the pool are the entries of this table and no others. Without all
+    // buckets some may have got lost, which no chain leads to.
     static bool fills_its_pool(const table &of) noexcept
     {
-        return of.owns_entry_pool != 0 && of.entry_pool->live_count == of.entry_count &&
+        return of.owns_entry_pool != 0 && of.buckets.count <= of.buckets.capacity &&
+               of.entry_pool->live_count == of.entry_count &&
                of.entry_pool->item_size == static_cast<std::int32_t>(sizeof(entry));
     }
 

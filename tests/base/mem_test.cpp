@@ -128,6 +128,23 @@ TEST(mem, orders_by_the_first_difference_at_every_place_and_alignment)
     }
 }
 
+TEST(mem, orders_long_runs_by_the_first_difference)
+{
+    random_numbers random;
+    for (const int size : {63, 64, 65, 4095, 4096, 4097, 4200, 13000}) {
+        for (int round = 0; random.goes_on(round, 20); ++round) {
+            const auto place = random.below(static_cast<std::uint64_t>(size));
+            std::string a(static_cast<std::size_t>(size), 'x'), b = a;
+            ASSERT_EQ(qek_mem_cmp(a.data(), size, b.data(), size), 0);
+            a[place] = 'A', b[place] = 'a';
+            ASSERT_EQ(qek_mem_cmp(a.data(), size, b.data(), size), 'A' - 'a') << place;
+            ASSERT_EQ(qek_mem_icmp(a.data(), size, b.data(), size - 1), 1) << place;
+            a.back() = 'b', b.back() = 'C';
+            ASSERT_EQ(qek_mem_icmp(a.data(), size, b.data(), size), -1) << place;
+        }
+    }
+}
+
 TEST(mem, orders_every_pair_of_bytes_and_then_the_sizes)
 {
     const auto lower = [](int ch) { return ch >= 'A' && ch <= 'Z' ? ch + 32 : ch; };

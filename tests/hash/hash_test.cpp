@@ -175,6 +175,26 @@ TYPED_TEST(hash_suite, stores_nothing_when_the_pool_gives_no_entry)
     EXPECT_EQ(table.fault(), "");
 }
 
+// Offsets of other keys are put right in the blocks of the pool, where freed entries lie as well.
+TEST(hash, leaves_freed_entries_as_they_were)
+{
+    modelled<text> table;
+    table.store(0, 60);
+    std::vector<std::pair<const qek_hash_entry *, qek_hash_entry>> freed;
+    for (const std::size_t at : {50, 3, 20, 0, 7}) {
+        const stored_key removed = table.model.at(at);
+        const auto *entry = static_cast<const qek_hash_entry *>(removed.element);
+        freed.emplace_back(entry, *entry);
+        freed.back().second.next = nullptr;
+        text::remove(&table, removed.key);
+        table.model.erase(table.model.begin() + static_cast<std::ptrdiff_t>(at));
+        ASSERT_EQ(table.fault(), "");
+        for (const auto &[now, before] : freed) {
+            ASSERT_EQ(std::memcmp(now, &before, sizeof before), 0);
+        }
+    }
+}
+
 // Only the sixteenth entry asks for memory that the table does not have yet.
 TYPED_TEST(hash_suite, loses_entries_when_buckets_do_not_grow)
 {
