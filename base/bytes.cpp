@@ -124,6 +124,49 @@ std::int32_t find_by_ends(const std::uint8_t *hay, std::int32_t hay_size,
 
 #endif
 
+constexpr std::int64_t least_to_skip = 128;
+
+// Whether the locale maps the letters of ASCII as ASCII does.
+bool are_letters_plain(const text::lower_case &lower) noexcept
+{
+    bool plain = true;
+    for (int letter = 'a'; letter <= 'z'; ++letter) {
+        plain = plain && lower.of(letter) == letter && lower.of(letter - 'a' + 'A') == letter;
+    }
+    return plain;
+}
+
+#if defined(__SSE2__)
+
+// How many bytes from the start, in whole blocks, are equal or the same plain letter. A tenth of
+// the time of a look at each byte.
+std::int64_t equal_but_for_case(const std::uint8_t *a, const std::uint8_t *b,
+                                std::int64_t size) noexcept
+{
+    constexpr std::int64_t block = 16;
+    const auto lowered = [](const std::uint8_t *bytes) {
+        const __m128i of = _mm_loadu_si128(reinterpret_cast<const __m128i *>(bytes));
+        const __m128i from_lowest = _mm_sub_epi8(of, _mm_set1_epi8('A' - 128));
+        const __m128i is_upper = _mm_cmplt_epi8(from_lowest, _mm_set1_epi8(26 - 128));
+        return _mm_or_si128(of, _mm_and_si128(is_upper, _mm_set1_epi8('a' - 'A')));
+    };
+    std::int64_t at = 0;
+    while (size - at >= block &&
+           _mm_movemask_epi8(_mm_cmpeq_epi8(lowered(a + at), lowered(b + at))) == 0xFFFF) {
+        at += block;
+    }
+    return at;
+}
+
+#else
+
+std::int64_t equal_but_for_case(const std::uint8_t *, const std::uint8_t *, std::int64_t) noexcept
+{
+    return 0;
+}
+
+#endif
+
 // The index of the first of eight bytes that differ, from the difference of the words.
 std::int32_t first_of_word(std::uint64_t difference) noexcept
 {
@@ -144,13 +187,20 @@ std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t
         const std::uint64_t difference = size <= 0 ? 0 : load_few(a, few) ^ load_few(b, few);
         return difference == 0 ? size : first_of_word(difference);
     }
+    const auto are_equal = [=](std::int64_t from, std::int64_t count) {
+        return std::memcmp(a + from, b + from, static_cast<std::size_t>(count)) == 0;
+    };
     std::int64_t at = 0;
     while (size - at >= 8 * word) {
-        const std::int64_t count = smaller(size - at, stretch);
-        if (std::memcmp(a + at, b + at, static_cast<std::size_t>(count)) != 0) {
-            break;
+        std::int64_t count = smaller(size - at, stretch);
+        if (are_equal(at, count)) {
+            at += count;
+            continue;
         }
-        at += count;
+        for (; count >= 16 * word; count -= count / 2) {
+            at += are_equal(at, count / 2) ? count / 2 : 0;
+        }
+        break;
     }
     while (at < size) {
         at = smaller(at, size - word);
@@ -202,16 +252,17 @@ std::int32_t order_bytes(const void *a, std::int32_t a_size, const void *b,
     return at < common ? as_bytes(a)[at] - as_bytes(b)[at] : wrapping_difference(a_size, b_size);
 }
 
-// Bytes that are equal are so in either case, so the map is asked from a mismatch on only, a word's
-// length at a time.
+// Bytes that are equal are so in either case, so the letters are looked at from a mismatch on only.
 std::int32_t order_bytes_ignoring_case(const void *a, std::int32_t a_size, const void *b,
                                        std::int32_t b_size) noexcept
 {
     const std::int32_t common = smaller(a_size, b_size);
     const text::lower_case lower;
-    for (std::int64_t at = 0; at < common;) {
-        at += mismatch(as_bytes(a) + at, as_bytes(b) + at, common - at);
-        for (const std::int64_t end = smaller<std::int64_t>(at + 64, common); at < end; ++at) {
+    std::int64_t at = mismatch(as_bytes(a), as_bytes(b), common);
+    const bool skips = common - at >= least_to_skip && are_letters_plain(lower);
+    while (at < common) {
+        at += skips ? equal_but_for_case(as_bytes(a) + at, as_bytes(b) + at, common - at) : 0;
+        for (const std::int64_t end = smaller<std::int64_t>(at + 16, common); at < end; ++at) {
             const int lowered_a = lower.of(as_bytes(a)[at]);
             const int lowered_b = lower.of(as_bytes(b)[at]);
             if (lowered_a != lowered_b) {

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -136,11 +137,26 @@ TEST(mem, orders_long_runs_by_the_first_difference)
             const auto place = random.below(static_cast<std::uint64_t>(size));
             std::string a(static_cast<std::size_t>(size), 'x'), b = a;
             ASSERT_EQ(qek_mem_cmp(a.data(), size, b.data(), size), 0);
+            for (char &ch : a) {
+                ch = random.one_of({'x', 'X', '@', '[', '\xE1', 'A', 'Z'});
+            }
+            b = a;
+            for (char &ch : b) {
+                ch = random.one_in(2)
+                         ? ch
+                         : static_cast<char>(std::tolower(static_cast<std::uint8_t>(ch)));
+            }
+            ASSERT_EQ(qek_mem_icmp(a.data(), size, b.data(), size), 0) << place;
+            b = random.one_in(2) ? b : a;
+            a[place] = random.one_of({'A', '['}), b[place] = random.one_of({'{', 'b'});
+            const auto lowered = [&](const auto &text) {
+                return std::tolower(static_cast<std::uint8_t>(text[place]));
+            };
+            ASSERT_EQ(qek_mem_icmp(a.data(), size, b.data(), size), lowered(a) - lowered(b));
+            b = a;
             a[place] = 'A', b[place] = 'a';
             ASSERT_EQ(qek_mem_cmp(a.data(), size, b.data(), size), 'A' - 'a') << place;
             ASSERT_EQ(qek_mem_icmp(a.data(), size, b.data(), size - 1), 1) << place;
-            a.back() = 'b', b.back() = 'C';
-            ASSERT_EQ(qek_mem_icmp(a.data(), size, b.data(), size), -1) << place;
         }
     }
 }
