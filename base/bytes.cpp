@@ -173,20 +173,20 @@ std::int32_t first_of_word(std::uint64_t difference) noexcept
     return static_cast<std::int32_t>(std::countr_zero(difference) / 8);
 }
 
-} // namespace
+constexpr std::int64_t word = 8;
+
+std::uint64_t difference_at(const std::uint8_t *a, const std::uint8_t *b, std::int64_t at) noexcept
+{
+    return load_low_first<std::uint64_t>(a + at) ^ load_low_first<std::uint64_t>(b + at);
+}
 
 // Long equal stretches are the runtime's: it compares whole lines of the cache, and tells no more
-// than whether there is a difference. The place is then looked for by words, the last of which
-// overlaps the one before.
-std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept
+// than whether there is a difference. The place is narrowed down by halves, and then looked for by
+// words, the last of which overlaps the one before.
+[[gnu::noinline]] std::int64_t long_mismatch(const std::uint8_t *a, const std::uint8_t *b,
+                                             std::int64_t size) noexcept
 {
     constexpr std::int64_t stretch = 4096;
-    constexpr std::int64_t word = 8;
-    if (size < word) {
-        const auto few = static_cast<std::int32_t>(size);
-        const std::uint64_t difference = size <= 0 ? 0 : load_few(a, few) ^ load_few(b, few);
-        return difference == 0 ? size : first_of_word(difference);
-    }
     const auto are_equal = [=](std::int64_t from, std::int64_t count) {
         return std::memcmp(a + from, b + from, static_cast<std::size_t>(count)) == 0;
     };
@@ -204,14 +204,39 @@ std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t
     }
     while (at < size) {
         at = smaller(at, size - word);
-        const std::uint64_t difference =
-            load_low_first<std::uint64_t>(a + at) ^ load_low_first<std::uint64_t>(b + at);
+        const std::uint64_t difference = difference_at(a, b, at);
         if (difference != 0) {
             return at + first_of_word(difference);
         }
         at += word;
     }
     return size;
+}
+
+// Short keys are most of what is compared: two words that overlap.
+inline std::int64_t find_mismatch(const std::uint8_t *a, const std::uint8_t *b,
+                                  std::int64_t size) noexcept
+{
+    if (size > 2 * word) {
+        return long_mismatch(a, b, size);
+    }
+    if (size < word) {
+        const auto few = static_cast<std::int32_t>(size);
+        const std::uint64_t difference = size <= 0 ? 0 : load_few(a, few) ^ load_few(b, few);
+        return difference == 0 ? size : first_of_word(difference);
+    }
+    const std::uint64_t of_first = difference_at(a, b, 0);
+    const std::uint64_t of_last = difference_at(a, b, size - word);
+    return of_first != 0  ? first_of_word(of_first)
+           : of_last != 0 ? size - word + first_of_word(of_last)
+                          : size;
+}
+
+} // namespace
+
+std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept
+{
+    return find_mismatch(a, b, size);
 }
 
 std::int32_t find_last_byte(const void *bytes, std::int32_t size, std::uint8_t ch) noexcept
@@ -248,7 +273,7 @@ std::int32_t order_bytes(const void *a, std::int32_t a_size, const void *b,
                          std::int32_t b_size) noexcept
 {
     const std::int32_t common = smaller(a_size, b_size);
-    const std::int64_t at = mismatch(as_bytes(a), as_bytes(b), common);
+    const std::int64_t at = find_mismatch(as_bytes(a), as_bytes(b), common);
     return at < common ? as_bytes(a)[at] - as_bytes(b)[at] : wrapping_difference(a_size, b_size);
 }
 
