@@ -26,29 +26,20 @@ struct number_policy {
     using node = Node;
     using key = decltype(Node::key);
     static constexpr std::int32_t page_slots = btree::usual_page_slots;
-    using signed_number = std::make_signed_t<key>;
     using real_number = std::conditional_t<sizeof(key) == sizeof(float), float, double>;
 
     static constexpr std::int32_t first_key_type() noexcept { return Signed; }
-    template <typename Number> static std::int32_t order_as(key left, key right) noexcept
+    static std::int32_t order_as_real(key left, key right) noexcept
     {
-        const auto a = std::bit_cast<Number>(left);
-        const auto b = std::bit_cast<Number>(right);
+        const auto a = std::bit_cast<real_number>(left);
+        const auto b = std::bit_cast<real_number>(right);
         return a > b ? 1 : a == b ? 0 : -1;
     }
+    // Of keys that are no integers, for which `step_to` is asked.
     template <typename Element>
     static std::int32_t order(const Tree &of, const Element &at, key sought) noexcept
     {
-        switch (of.key_type) {
-        case Signed:
-            return order_as<signed_number>(at.key, sought);
-        case Unsigned:
-            return order_as<key>(at.key, sought);
-        case Real:
-            return order_as<real_number>(at.key, sought);
-        default:
-            return 0;
-        }
+        return of.key_type == Real ? order_as_real(at.key, sought) : 0;
     }
     // Integers have one order only, in which the children ascend strictly, so any search finds the
     // same place. This one waits for memory twice and not five times: every eighth child, then the

@@ -54,7 +54,8 @@ template <typename Entry>
 [[gnu::always_inline]] inline void fetch_ahead(const qek_arrays &buckets,
                                                std::int32_t bucket) noexcept
 {
-    if (bucket < 0 || wide(bucket) + 3 * buckets_ahead >= array::slots_in_use(buckets)) {
+    const std::int64_t far = std::int64_t{static_cast<std::uint32_t>(bucket)} + 3 * buckets_ahead;
+    if (far >= array::slots_in_use(buckets)) {
         return;
     }
     const qek_word *const slots = buckets.slots + bucket;

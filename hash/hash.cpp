@@ -64,8 +64,7 @@ struct text_policy {
     static bool fills_its_pool(const table &of) noexcept
     {
         return of.owns_entry_pool != 0 && of.buckets.count <= of.buckets.capacity &&
-               of.entry_pool->live_count == of.entry_count &&
-               of.entry_pool->item_size == static_cast<std::int32_t>(sizeof(entry));
+               of.entry_pool->live_count == of.entry_count;
     }
 
     // What the walk along the chains does, in the order of memory, and an eighth of its time at a

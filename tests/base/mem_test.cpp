@@ -81,11 +81,14 @@ TEST(mem, searches_as_a_naive_scan_does)
     random_numbers random;
     for (int step = 0; random.goes_on(step, 30000); ++step) {
         const bool is_long = random.one_in(8);
-        std::vector<char> text(is_long ? 9 + random.below(70) : 9), needle(is_long ? 17 : 4);
+        std::vector<char> text(is_long ? 9 + random.below(70) : 9), needle(is_long ? 40 : 4);
         for (auto *block : {&text, &needle}) {
             for (char &each : *block) {
                 each = random.one_of({'\0', '\xFF'});
             }
+        }
+        if (text.size() > needle.size() && random.one_in(2)) { // one that is there
+            std::copy_n(text.end() - std::ssize(needle), needle.size(), needle.begin());
         }
         const char *hay = text.data() + 1;
         const int size = random.between(0, int(text.size()) - 2);

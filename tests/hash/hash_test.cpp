@@ -182,6 +182,9 @@ TEST(hash, leaves_freed_entries_as_they_were)
     table.store(0, 60);
     std::vector<std::pair<const qek_hash_entry *, qek_hash_entry>> freed;
     for (const std::size_t at : {50, 3, 20, 0, 7}) {
+        if (at == 0) { // and what was freed last, once it is somebody else's
+            ASSERT_EQ(qek_pool_new(table.entry_pool), freed.back().first);
+        }
         const stored_key removed = table.model.at(at);
         const auto *entry = static_cast<const qek_hash_entry *>(removed.element);
         freed.emplace_back(entry, *entry);
@@ -211,6 +214,17 @@ TYPED_TEST(hash_suite, loses_entries_when_buckets_do_not_grow)
     for (int n = 0; n < 16; ++n) {
         const bool is_kept = family::number(table, table.key(n)) % 16 < 8;
         EXPECT_EQ(family::find(&table, table.key(n)), is_kept) << n;
+    }
+    std::vector<std::pair<const typename family::element *, typename family::element>> lost;
+    for (int n = 0; n < 16; ++n) {
+        const void *element = table.model.at(static_cast<std::size_t>(n)).element;
+        if (element != nullptr && family::remove(&table, table.key(n)) == 0) {
+            lost.emplace_back(static_cast<const typename family::element *>(element),
+                              *static_cast<const typename family::element *>(element));
+        }
+        for (const auto &[now, before] : lost) {
+            ASSERT_EQ(std::memcmp(now, &before, sizeof before), 0) << n;
+        }
     }
     EXPECT_EQ(shape(empty), (std::array{1, 4, 0}));
     EXPECT_EQ(family::find(&empty, empty.key(1)), 0);
