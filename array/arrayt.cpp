@@ -9,8 +9,8 @@
 // the border between the two parts. The capacity is 4 after `init` and 0 after `remove_all`, which
 // the next growth repairs.
 
-#include "array/search.h"
 #include "array/key_sort.h"
+#include "array/search.h"
 #include "base/bytes.h"
 #include "base/exchange.h"
 #include "base/growth.h"

@@ -18,8 +18,8 @@
 // doubling splits chain i between buckets i and i + old, in order, and reads no key text.
 //
 // Cost. Everything by key is constant on average. Removing is the unlink alone, except where keys
-// have text elsewhere: there every other entry is visited once (`Policy::forget`). That is the price
-// of text without holes.
+// have text elsewhere: there every other entry is visited once (`Policy::forget`). That is the
+// price of text without holes.
 //
 // No allocation is checked. Buckets are read and written within the array's capacity, so that a
 // growth that failed loses entries and does not crash.
@@ -46,10 +46,10 @@ template <typename Entry> Entry *head_of(const qek_arrays &buckets, std::int32_t
     return static_cast<Entry *>(pool::item_of(array::slot_at(buckets, bucket)));
 }
 
-// A walk over all buckets waits for memory at every entry. So while it stands at a bucket, a head far
-// ahead is sent for, and nearer by what follows the entries that came since. At a million entries
-// that takes half of the time. Inlined by order, as the compiler drops calls of functions that do
-// nothing but fetch.
+// A walk over all buckets waits for memory at every entry. So while it stands at a bucket, a head
+// far ahead is sent for, and nearer by what follows the entries that came since. At a million
+// entries that takes half of the time. Inlined by order, as the compiler drops calls of functions
+// that do nothing but fetch.
 template <typename Entry>
 [[gnu::always_inline]] inline void fetch_ahead(const qek_arrays &buckets,
                                                std::int32_t bucket) noexcept

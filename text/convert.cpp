@@ -54,8 +54,8 @@ int integer_of(const char *text) noexcept
     return negative ? -value : value;
 }
 
-// What `atof` answers. A plain decimal of up to fifteen digits is a quotient of two numbers that are
-// exact, and one division rounds it as it should: a third of the time.
+// What `atof` answers. A plain decimal of up to fifteen digits is a quotient of two numbers that
+// are exact, and one division rounds it as it should: a third of the time.
 double decimal_of(const char *text) noexcept
 {
     constexpr std::uint64_t tens[] = {

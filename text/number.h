@@ -11,10 +11,10 @@
 // one addition of the byte and one subtraction of 48 for each digit; behind it a multiplication
 // chain of its own for each digit. All in double, whatever else the platform could do.
 //
-// The same bits come sooner where every step is exact or known. An integer is read eight digits at a
-// time. Where arithmetic rounds to the nearest, up to fifteen digits in front of the point are such an
-// integer, as no step rounds (downward, 48 - 48 would be a negative zero), and the chains of the
-// first places are worked out by the compiler. A third of the time of strtod.
+// The same bits come sooner where every step is exact or known. An integer is read eight digits at
+// a time. Where arithmetic rounds to the nearest, up to fifteen digits in front of the point are
+// such an integer, as no step rounds (downward, 48 - 48 would be a negative zero), and the chains
+// of the first places are worked out by the compiler. A third of the time of strtod.
 #pragma once
 
 #include "base/bytes.h"
