@@ -5,7 +5,7 @@
 // reaches them with its sign, and the low 8 bits of what they answer count.
 //
 // A map is asked for once and used for a whole text: where the runtime keeps a table, it is fetched
-// then, so that the locale still rules. A quarter of the time of a call for each byte.
+// then, so that the locale still rules. A third of the time of a call for each byte.
 #pragma once
 
 #include <cctype>

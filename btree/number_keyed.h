@@ -43,7 +43,7 @@ struct number_policy {
     }
     // Integers have one order only, in which the children ascend strictly, so any search finds the
     // same place. This one waits for memory twice and not five times: every eighth child, then the
-    // eight, are looked at side by side. Half of the time of the binary search.
+    // eight, are looked at side by side. Three quarters of its time.
     static bool has_steps(const Tree &of) noexcept
     {
         return of.key_type == Signed || of.key_type == Unsigned;

@@ -48,7 +48,7 @@ template <typename Entry> Entry *head_of(const qek_arrays &buckets, std::int32_t
 
 // A walk over all buckets waits for memory at every entry. So while it stands at a bucket, a head
 // far ahead is sent for, and nearer by what follows the entries that came since. At a million
-// entries that takes half of the time. Inlined by order, as the compiler drops calls of functions
+// entries that takes two thirds of the time. Inlined by order, as the compiler drops functions
 // that do nothing but fetch.
 template <typename Entry>
 [[gnu::always_inline]] inline void fetch_ahead(const qek_arrays &buckets,

@@ -36,8 +36,8 @@ const char *text_of(const qek_string &string) noexcept
     return reinterpret_cast<const char *>(string.data);
 }
 
-// What `atoi` answers, which is asked for all but short plain numbers: those are read at once in a
-// fifth of its time.
+// What `atoi` answers, which is asked for all but short plain numbers: those are read at once in
+// half of its time.
 int integer_of(const char *text) noexcept
 {
     constexpr int safe_digits = 9;
@@ -55,7 +55,7 @@ int integer_of(const char *text) noexcept
 }
 
 // What `atof` answers. A plain decimal of up to fifteen digits is a quotient of two numbers that
-// are exact, and one division rounds it as it should: a third of the time.
+// are exact, and one division rounds it as it should.
 double decimal_of(const char *text) noexcept
 {
     constexpr std::uint64_t tens[] = {

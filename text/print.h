@@ -3,10 +3,10 @@
 
 // Numbers as text, as the runtime's formatter writes them: "%ld", its 64-bit decimal, and "%f".
 //
-// Integers are written two digits at a time: a tenth of the formatter's time. "%f" is done here
+// Integers are written two digits at a time: a third of the formatter's time. "%f" is done here
 // where it can be done exactly: below 2^63 in size, the integer part is a shift of the mantissa,
 // and the six decimals are a product of 128 bits, rounded half to even as the formatter does it. A
-// twentieth of the time. All else is the formatter's: larger numbers, those that are none, another
+// seventh of the time. All else is the formatter's: larger numbers, those that are none, another
 // decimal point, another rounding direction, and any runtime but the one whose rounding is known.
 //
 // `printed` holds one number, long enough for every double: 309 digits, a sign, the runtime's
