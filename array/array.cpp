@@ -16,6 +16,7 @@
 // insertion; it can only be appended. `set_at` moves a slot whose old key was empty past its own
 // new text. Both are limits of the design, and intended.
 
+#include "array/key_sort.h"
 #include "array/keyed.h"
 #include "stream/keys.h"
 #include "text/separated.h"
@@ -187,13 +188,70 @@ void clone(const qek_array &source, qek_array &target, qek_pool *source_aux, qek
                  [&] { buffer::clone<stream_form>(source.keys, target.keys); });
 }
 
-// Slots move, text stays.
+// Ranks for sort.h's quick sibling: the eight bytes of a key behind those that all keys share, as a
+// number. Slots move, text stays.
+class text_ranks {
+  public:
+    static constexpr bool ranks_decide = false;
+    static constexpr std::uint64_t no_rank = 0;
+
+    text_ranks(const qek_stream &keys, bool ascending) noexcept
+        : keys_(&keys), mask_(ascending ? 0 : ~no_rank)
+    {
+    }
+
+    std::uint64_t rank(const qek_array_entry &slot) const noexcept
+    {
+        const std::int64_t offset = std::int64_t{slot.key_offset} + shared_;
+        const std::int32_t length = slot.key_length - shared_;
+        std::uint64_t bytes = 0;
+        if (offset + 8 <= keys_->capacity) {
+            bytes = load_high_first(keys_->data + offset);
+            bytes = length <= 0   ? 0
+                    : length >= 8 ? bytes
+                                  : bytes >> (64 - 8 * length) << (64 - 8 * length);
+        } else {
+            for (std::int32_t at = 0; at < 8; ++at) {
+                bytes = bytes << 8 | (at < length ? keys_->data[offset + at] : 0U);
+            }
+        }
+        return bytes ^ mask_;
+    }
+    std::int32_t operator()(const qek_array_entry &left,
+                            const qek_array_entry &right) const noexcept
+    {
+        const std::int32_t stands =
+            keys::order(keys::text_of(*keys_, left), keys::text_of(*keys_, right), false);
+        return mask_ == 0 ? stands : array::negated(stands);
+    }
+    text_ranks near(const qek_array_entry *slots, std::int32_t count) const noexcept
+    {
+        const keys::text first = keys::text_of(*keys_, slots[0]);
+        std::int32_t shared = larger(first.length, 0);
+        for (std::int32_t at = 1; at < count && shared > 0; ++at) {
+            const keys::text other = keys::text_of(*keys_, slots[at]);
+            shared = static_cast<std::int32_t>(
+                mismatch(first.bytes, other.bytes, smaller(shared, larger(other.length, 0))));
+        }
+        text_ranks ranks = *this;
+        ranks.shared_ = shared;
+        return ranks;
+    }
+    void fetch(const qek_array_entry &slot) const noexcept
+    {
+        __builtin_prefetch(keys_->data + slot.key_offset);
+    }
+
+  private:
+    const qek_stream *keys_;
+    std::uint64_t mask_;
+    std::int32_t shared_ = 0; // bytes that all keys open with
+};
+
 void sort_by_key(qek_array &array, std::int32_t ascending) noexcept
 {
-    array::sort(array.slots, array::slots_in_use(array), ascending != 0,
-                [&](const qek_array_entry &left, const qek_array_entry &right) {
-                    return keys::order(text_of(array, left), text_of(array, right), false);
-                });
+    array::sort_by_keys(array.slots, array::slots_in_use(array),
+                        text_ranks(array.keys, ascending != 0));
 }
 
 void read_keys(qek_array &array, std::uint8_t separator, const void *text,

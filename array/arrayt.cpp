@@ -9,8 +9,8 @@
 // the border between the two parts. The capacity is 4 after `init` and 0 after `remove_all`, which
 // the next growth repairs.
 
+#include "array/key_sort.h"
 #include "array/search.h"
-#include "array/sort.h"
 #include "base/bytes.h"
 #include "base/exchange.h"
 #include "base/growth.h"
@@ -246,9 +246,7 @@ void sort(qek_arrayt &array, std::int32_t ascending, std::int32_t unique) noexce
     for (std::int32_t at = 0; at < count; ++at) {
         words[at] = get_at(array, at);
     }
-    array::sort(words, count, ascending != 0, [](std::uint32_t left, std::uint32_t right) {
-        return static_cast<int>(left > right) - static_cast<int>(left < right);
-    });
+    array::sort_by_numbers<std::uint32_t>(words, count, ascending != 0);
     const std::int32_t kept = unique != 0 ? drop_repeats(words, count) : count;
     for (std::int32_t at = 0; at < kept; ++at) {
         set_at(array, at, words[at]);

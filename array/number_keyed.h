@@ -11,6 +11,7 @@
 // value.
 #pragma once
 
+#include "array/key_sort.h"
 #include "array/keyed.h"
 
 #include <type_traits>
@@ -81,9 +82,8 @@ qek_word remove_pair(Record &array, std::int32_t index, Key &key) noexcept
 
 template <storage Record> void sort_by_key(Record &array, std::int32_t ascending) noexcept
 {
-    sort(array.slots, slots_in_use(array), ascending != 0, [](const auto &left, const auto &right) {
-        return static_cast<int>(left.key > right.key) - static_cast<int>(left.key < right.key);
-    });
+    using key = decltype(slot_of<Record>::key);
+    sort_by_numbers<key>(array.slots, slots_in_use(array), ascending != 0);
 }
 
 } // namespace qek::array

@@ -32,27 +32,30 @@ template <typename Slot, typename Order, typename Direction> class sorting {
   public:
     sorting(Slot *slots, Order order) noexcept : slots_(slots), order_(order) {}
 
-    void run(std::int32_t count) noexcept
+    void run(std::int32_t count) noexcept { run(range{0, count - 1}); }
+
+  protected:
+    struct range {
+        std::int32_t low;
+        std::int32_t high;
+    };
+
+    // Sorts one range, while others wait on the stack.
+    void run(range next) noexcept
     {
-        range next{0, count - 1};
+        const std::int32_t waiting = depth_;
         while (true) {
             if (next.high - next.low + 1 <= selection_cutoff) {
                 select(next);
             } else if (divide(next)) {
                 continue;
             }
-            if (depth_ == 0) {
+            if (depth_ == waiting) {
                 return;
             }
             next = stack_[--depth_];
         }
     }
-
-  private:
-    struct range {
-        std::int32_t low;
-        std::int32_t high;
-    };
 
     static constexpr std::int32_t selection_cutoff = 8;
     static constexpr std::int32_t stack_size = 30;
@@ -129,10 +132,7 @@ template <typename Slot, typename Order, typename Direction> class sorting {
     bool divide(range &next) noexcept
     {
         const auto [low, high] = next;
-        std::int32_t mid = low + (high - low + 1) / 2;
-        swap_if_more(low, mid);
-        swap_if_more(low, high);
-        swap_if_more(mid, high);
+        std::int32_t mid = median(next);
         std::int32_t up = low;
         std::int32_t down = high;
         while (true) {
@@ -146,10 +146,25 @@ template <typename Slot, typename Order, typename Direction> class sorting {
                 mid = up;
             }
         }
-        skip_equal(down, mid, low);
-        const range below{low, down};
-        const range above{up, high};
-        const bool below_is_larger = down - low >= high - up;
+        return settle(next, up, down, mid);
+    }
+
+    // The middle slot, with a slot not above it at the low end and one not below it at the high.
+    std::int32_t median(range in) noexcept
+    {
+        const std::int32_t mid = in.low + (in.high - in.low + 1) / 2;
+        swap_if_more(in.low, mid);
+        swap_if_more(in.low, in.high);
+        swap_if_more(mid, in.high);
+        return mid;
+    }
+
+    bool settle(range &next, std::int32_t up, std::int32_t down, std::int32_t mid) noexcept
+    {
+        skip_equal(down, mid, next.low);
+        const range below{next.low, down};
+        const range above{up, next.high};
+        const bool below_is_larger = down - next.low >= next.high - up;
         const range larger_part = below_is_larger ? below : above;
         const range smaller_part = below_is_larger ? above : below;
         if (larger_part.low < larger_part.high) {

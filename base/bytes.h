@@ -7,12 +7,13 @@
 // differ decide, as unsigned numbers, and their difference is the result; with no difference it is
 // the difference of the lengths. Callers rely on the number and not only on its sign.
 //
-// Searches go through the C runtime's memchr and memcmp, which no loop of ours beats; the mismatch
-// needs the place and not the sign, so it walks words by itself.
+// Searches for single bytes and equality go through the C runtime, which no loop of ours beats; a
+// mismatch needs the place and not the sign.
 #pragma once
 
 #include "base/arith.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -22,6 +23,37 @@ namespace qek {
 inline const std::uint8_t *as_bytes(const void *bytes) noexcept
 {
     return static_cast<const std::uint8_t *>(bytes);
+}
+
+// Eight bytes as a number, the first one highest, so that numbers stand as the bytes do.
+inline std::uint64_t load_high_first(const std::uint8_t *bytes) noexcept
+{
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return std::endian::native == std::endian::little ? __builtin_bswap64(word) : word;
+}
+
+// A number whose first byte is the lowest.
+template <typename Word> Word load_low_first(const std::uint8_t *bytes) noexcept
+{
+    Word word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    if constexpr (std::endian::native == std::endian::big) {
+        word = static_cast<Word>(__builtin_bswap64(word) >> (64 - 8 * sizeof word));
+    }
+    return word;
+}
+
+// One to seven bytes, the first one lowest.
+inline std::uint64_t load_few(const std::uint8_t *bytes, std::int32_t size) noexcept
+{
+    if (size >= 4) {
+        return load_low_first<std::uint32_t>(bytes) |
+               std::uint64_t{load_low_first<std::uint32_t>(bytes + size - 4)} << (8 * (size - 4));
+    }
+    const std::int32_t mid = size / 2;
+    return bytes[0] | std::uint64_t{bytes[mid]} << (8 * mid) |
+           std::uint64_t{bytes[size - 1]} << (8 * (size - 1));
 }
 
 inline std::int32_t text_length(const void *text) noexcept
@@ -73,6 +105,9 @@ std::int32_t find_last_byte(const void *bytes, std::int32_t size, std::uint8_t c
 // included: the scan has no shortcut for it, and that is intended.
 std::int32_t find_bytes(const void *hay, std::int32_t hay_size, const void *needle,
                         std::int32_t needle_size) noexcept;
+
+// The index of the first byte that differs, or `size` if none does.
+std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept;
 
 std::int32_t order_bytes(const void *a, std::int32_t a_size, const void *b,
                          std::int32_t b_size) noexcept;

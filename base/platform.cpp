@@ -7,6 +7,8 @@
 
 #if defined(_WIN32)
 
+#include <clocale>
+
 #include <windows.h>
 
 #if defined(QEK_STD_BUILD) // the DLL, and not the static library inside of somebody else's
@@ -27,10 +29,14 @@ int qek::platform::compare_ignoring_case(const char *a, const char *b) noexcept
     return _stricmp(a, b);
 }
 
-const char *qek::platform::signed_64_bit_decimal() noexcept { return "%I64d"; }
+bool qek::platform::is_point_a_dot() noexcept
+{
+    return std::strcmp(std::localeconv()->decimal_point, ".") == 0;
+}
 
 #else
 
+#include <langinfo.h>
 #include <strings.h>
 
 int qek::platform::compare_ignoring_case(const char *a, const char *b) noexcept
@@ -38,6 +44,10 @@ int qek::platform::compare_ignoring_case(const char *a, const char *b) noexcept
     return strcasecmp(a, b);
 }
 
-const char *qek::platform::signed_64_bit_decimal() noexcept { return "%lld"; }
+bool qek::platform::is_point_a_dot() noexcept
+{
+    const char *point = nl_langinfo(RADIXCHAR);
+    return point[0] == '.' && point[1] == 0; // GCOVR_EXCL_BR_LINE: where tests run, it is one
+}
 
 #endif

@@ -9,8 +9,7 @@ namespace qek::platform {
 // The runtime's comparison of NUL-terminated text without regard to case.
 int compare_ignoring_case(const char *a, const char *b) noexcept;
 
-// The conversion of the runtime's formatter for a signed 64-bit decimal, with its leading percent
-// sign.
-const char *signed_64_bit_decimal() noexcept;
+// Whether the runtime reads and writes a dot as the decimal point, in the thread's locale.
+bool is_point_a_dot() noexcept;
 
 } // namespace qek::platform

@@ -7,8 +7,8 @@
 #pragma once
 
 #include "base/bytes.h"
+#include "base/letters.h"
 
-#include <cctype>
 #include <cstdint>
 #include <limits>
 
@@ -114,35 +114,28 @@ inline std::int32_t find_terminated(const std::uint16_t *hay, const std::uint16_
     return at;
 }
 
-inline std::int32_t lowered_unit(std::uint16_t unit) noexcept
-{
-    return unit > 0xFF ? unit : std::tolower(unit);
-}
-
-template <typename Value>
-std::int32_t order_by_value(const std::uint16_t *a, std::int32_t a_size, const std::uint16_t *b,
-                            std::int32_t b_size, Value value) noexcept
-{
-    const std::int32_t common = smaller(a_size, b_size);
-    for (std::int32_t at = 0; at < common; ++at) {
-        if (value(a[at]) != value(b[at])) {
-            return value(a[at]) - value(b[at]);
-        }
-    }
-    return wrapping_difference(a_size, b_size);
-}
-
 inline std::int32_t order_units(const std::uint16_t *a, std::int32_t a_size, const std::uint16_t *b,
                                 std::int32_t b_size) noexcept
 {
-    return order_by_value(a, a_size, b, b_size,
-                          [](std::uint16_t unit) -> std::int32_t { return unit; });
+    const std::int32_t common = smaller(a_size, b_size);
+    const std::int64_t at = mismatch(reinterpret_cast<const std::uint8_t *>(a),
+                                     reinterpret_cast<const std::uint8_t *>(b), wide(common) * 2) /
+                            2;
+    return at < common ? a[at] - b[at] : wrapping_difference(a_size, b_size);
 }
 
 inline std::int32_t order_units_ignoring_case(const std::uint16_t *a, std::int32_t a_size,
                                               const std::uint16_t *b, std::int32_t b_size) noexcept
 {
-    return order_by_value(a, a_size, b, b_size, lowered_unit);
+    const text::unit_map<text::lower_case> lower;
+    const std::int32_t common = smaller(a_size, b_size);
+    for (std::int32_t at = 0; at < common; ++at) {
+        const std::int32_t stands = lower(a[at]) - lower(b[at]);
+        if (stands != 0) {
+            return stands;
+        }
+    }
+    return wrapping_difference(a_size, b_size);
 }
 
 inline std::int32_t order_units(const std::uint8_t *a, std::int32_t a_size, const std::uint8_t *b,

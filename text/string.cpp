@@ -113,12 +113,12 @@ int32_t qek_string_trim(qek_string *string) { return text::trim<string_form>(*st
 
 void qek_string_make_lower(qek_string *string)
 {
-    text::map_units(string->data, string->length, text::lowered);
+    text::map_units(string->data, string->length, text::byte_map<text::lower_case>{});
 }
 
 void qek_string_make_upper(qek_string *string)
 {
-    text::map_units(string->data, string->length, text::raised);
+    text::map_units(string->data, string->length, text::byte_map<text::upper_case>{});
 }
 
 int32_t qek_string_compare(const qek_string *string, const void *text, int32_t length)

@@ -19,16 +19,6 @@ using wide_form = buffer::terminated_form<qek_wchar, std::uint16_t>;
 
 const std::uint16_t outside = 0;
 
-std::uint16_t lowered(std::uint16_t unit) noexcept
-{
-    return static_cast<std::uint16_t>(lowered_unit(unit));
-}
-
-std::uint16_t raised(std::uint16_t unit) noexcept
-{
-    return unit > 0xFF ? unit : static_cast<std::uint16_t>(std::toupper(unit));
-}
-
 std::uint16_t widened(std::uint8_t byte) noexcept
 {
     return static_cast<std::uint16_t>(static_cast<std::int8_t>(byte));
@@ -109,12 +99,12 @@ void qek_wchar_clone(const qek_wchar *source, qek_wchar *target)
 
 void qek_wchar_make_lower(qek_wchar *string)
 {
-    text::map_units(string->data, string->length, lowered);
+    text::map_units(string->data, string->length, text::unit_map<text::lower_case>{});
 }
 
 void qek_wchar_make_upper(qek_wchar *string)
 {
-    text::map_units(string->data, string->length, raised);
+    text::map_units(string->data, string->length, text::unit_map<text::upper_case>{});
 }
 
 void qek_wchar_copy(qek_wchar *string, const uint16_t *text, int32_t text_length)

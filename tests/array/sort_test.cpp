@@ -8,9 +8,11 @@
 #include <gmock/gmock.h>
 
 #include <bit>
+#include <cstring>
 #include <functional>
 #include <numeric>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -98,6 +100,106 @@ TEST(sort, long_arrays)
             no_order = size <= 1001; // answers that contradict each other, in the same steps
             ASSERT_NO_FATAL_FAILURE(no_order ? check(given) : void());
             no_order = false;
+        }
+    }
+}
+
+// The families that compare their keys themselves take other steps, and must end as if they had
+// taken the literal ones: with the same slot at each place, also among equals.
+struct keyed_slot {
+    std::uint64_t key;
+    std::string text;
+    std::size_t mark;
+};
+
+template <typename Key> std::int32_t order_of(const Key &x, const Key &y)
+{
+    return x < y ? -1 : static_cast<std::int32_t>(y < x);
+}
+
+template <typename Array, typename Key>
+void check_numbers(const std::vector<keyed_slot> &given, const words &expected, int up,
+                   void (*sort)(Array *, std::int32_t))
+{
+    std::vector<std::remove_pointer_t<decltype(Array::slots)>> slots;
+    for (const auto &slot : given) {
+        slots.push_back({static_cast<Key>(slot.key), slot.mark});
+    }
+    Array array{slots.data(), size_of(slots), size_of(slots), nullptr, 0, 0};
+    sort(&array, up);
+    for (std::size_t at = 0; at < slots.size(); ++at) {
+        ASSERT_EQ(slots[at].value, expected[at]) << "of " << given.size() << " at " << at;
+    }
+}
+
+void check_texts(const std::vector<keyed_slot> &given, const words &expected, int up)
+{
+    qek_array array;
+    qek_array_init(&array, 0);
+    for (const auto &slot : given) {
+        qek_array_append(&array, slot.text.data(), size_of(slot.text), slot.mark);
+    }
+    qek_array_qsort(&array, up);
+    for (std::size_t at = 0; at < given.size(); ++at) {
+        const auto *found = array.slots + at;
+        const auto &text = given[expected[at]].text;
+        ASSERT_EQ(found->value, expected[at]) << "of " << given.size() << " at " << at;
+        ASSERT_EQ(std::memcmp(array.keys.data + found->key_offset, text.data(), text.size()), 0);
+    }
+    qek_array_term(&array);
+}
+
+template <typename Key> words literally(const std::vector<keyed_slot> &given, int up, Key key)
+{
+    words marks(given.size());
+    std::iota(marks.begin(), marks.end(), 0);
+    reference_sort(marks, size_of(marks), up != 0,
+                   [&](auto x, auto y) { return order_of(key(given[x]), key(given[y])); });
+    return marks;
+}
+
+TEST(sort, keys_of_its_own_end_where_the_literal_steps_put_them)
+{
+    qek_test::random_numbers random;
+    for (const std::size_t size : {2U, 9U, 33U, 255U, 256U, 257U, 390U, 1000U, 3000U, 20000U}) {
+        const auto noise = [&](std::size_t below) { return random.below(below); };
+        const std::function<std::uint64_t(std::size_t)> shapes[] = {
+            [&](std::size_t) { return std::uint64_t{noise(1U << 31)} << 33 | noise(1U << 31); },
+            [&](std::size_t at) { return at; },
+            [&](std::size_t at) { return ~at; },
+            [&](std::size_t at) { return at / 3; },
+            [&](std::size_t at) { return (size - at) / 3; },
+            [&](std::size_t at) { return std::min(at, size - at); },
+            [&](std::size_t at) { return at % 2 * 0x10000000 + at; },
+            [&](std::size_t at) { return at + noise(20) * noise(2) * noise(2); },
+            [&](std::size_t) { return noise(size); },
+            [&](std::size_t) { return noise(17); },
+            [&](std::size_t) { return noise(2); },
+            [&](std::size_t) { return 0xFFFFFFFFU; },
+        };
+        for (const auto &shape : shapes) {
+            const char *const openings[] = {"", "key-", "a long opening that all keys have "};
+            const std::string opening = openings[noise(3)];
+            std::vector<keyed_slot> given(size);
+            for (std::size_t at = 0; at < size; ++at) {
+                const auto key = shape(at);
+                const std::string digits = std::to_string(key % 100000000);
+                given[at] = {key, opening + (key % 5 ? digits : digits + '\0' + digits), at};
+            }
+            for (const int up : {0, 1}) {
+                ASSERT_NO_FATAL_FAILURE((check_numbers<qek_arrayd, std::uint32_t>(
+                    given,
+                    literally(given, up,
+                              [](auto &slot) { return static_cast<std::uint32_t>(slot.key); }),
+                    up, qek_arrayd_qsort)));
+                ASSERT_NO_FATAL_FAILURE((check_numbers<qek_arrayx, std::uint64_t>(
+                    given, literally(given, up, [](auto &slot) { return slot.key; }), up,
+                    qek_arrayx_qsort)));
+                ASSERT_NO_FATAL_FAILURE(check_texts(
+                    given,
+                    literally(given, up, [](auto &slot) { return std::string_view(slot.text); }),
+                    up));
+            }
         }
     }
 }

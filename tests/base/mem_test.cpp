@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -80,11 +81,14 @@ TEST(mem, searches_as_a_naive_scan_does)
     random_numbers random;
     for (int step = 0; random.goes_on(step, 30000); ++step) {
         const bool is_long = random.one_in(8);
-        std::vector<char> text(is_long ? 9 + random.below(70) : 9), needle(is_long ? 17 : 4);
+        std::vector<char> text(is_long ? 9 + random.below(70) : 9), needle(is_long ? 40 : 4);
         for (auto *block : {&text, &needle}) {
             for (char &each : *block) {
                 each = random.one_of({'\0', '\xFF'});
             }
+        }
+        if (text.size() > needle.size() && random.one_in(2)) { // one that is there
+            std::copy_n(text.end() - std::ssize(needle), needle.size(), needle.begin());
         }
         const char *hay = text.data() + 1;
         const int size = random.between(0, int(text.size()) - 2);
@@ -124,6 +128,38 @@ TEST(mem, orders_by_the_first_difference_at_every_place_and_alignment)
             ASSERT_EQ(qek_mem_cmp(a, size, b, size - 1), 0x30);
             ASSERT_EQ(qek_mem_cmp(b, size - 1, a, size), -0x30);
             ASSERT_EQ(qek_mem_cmp(a, size - 2, b, size), -2);
+        }
+    }
+}
+
+TEST(mem, orders_long_runs_by_the_first_difference)
+{
+    random_numbers random;
+    for (const int size : {63, 64, 65, 4095, 4096, 4097, 4200, 13000}) {
+        for (int round = 0; random.goes_on(round, 20); ++round) {
+            const auto place = random.below(static_cast<std::uint64_t>(size));
+            std::string a(static_cast<std::size_t>(size), 'x'), b = a;
+            ASSERT_EQ(qek_mem_cmp(a.data(), size, b.data(), size), 0);
+            for (char &ch : a) {
+                ch = random.one_of({'x', 'X', '@', '[', '\xE1', 'A', 'Z'});
+            }
+            b = a;
+            for (char &ch : b) {
+                ch = random.one_in(2)
+                         ? ch
+                         : static_cast<char>(std::tolower(static_cast<std::uint8_t>(ch)));
+            }
+            ASSERT_EQ(qek_mem_icmp(a.data(), size, b.data(), size), 0) << place;
+            b = random.one_in(2) ? b : a;
+            a[place] = random.one_of({'A', '['}), b[place] = random.one_of({'{', 'b'});
+            const auto lowered = [&](const auto &text) {
+                return std::tolower(static_cast<std::uint8_t>(text[place]));
+            };
+            ASSERT_EQ(qek_mem_icmp(a.data(), size, b.data(), size), lowered(a) - lowered(b));
+            b = a;
+            a[place] = 'A', b[place] = 'a';
+            ASSERT_EQ(qek_mem_cmp(a.data(), size, b.data(), size), 'A' - 'a') << place;
+            ASSERT_EQ(qek_mem_icmp(a.data(), size, b.data(), size - 1), 1) << place;
         }
     }
 }

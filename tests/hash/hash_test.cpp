@@ -175,6 +175,35 @@ TYPED_TEST(hash_suite, stores_nothing_when_the_pool_gives_no_entry)
     EXPECT_EQ(table.fault(), "");
 }
 
+// Offsets of other keys are put right in the blocks of the pool, where freed entries lie as well.
+TEST(hash, leaves_freed_entries_as_they_were)
+{
+    modelled<text> table;
+    table.store(0, 60);
+    std::vector<std::pair<const qek_hash_entry *, qek_hash_entry>> freed;
+    for (const std::size_t at : {50U, 3U, 20U, 0U, 7U}) {
+        if (at == 0) { // and what was freed last, once it is somebody else's
+            ASSERT_EQ(qek_pool_new(table.entry_pool), freed.back().first);
+        }
+        if (at == 7) { // with bytes that no entry has
+            void *item = qek_pool_new(table.entry_pool);
+            std::memset(item, 0xFF, sizeof(qek_hash_entry));
+            qek_pool_free(table.entry_pool, item);
+            std::memset(&freed.back().second, 0xFF, sizeof(qek_hash_entry));
+        }
+        const stored_key removed = table.model.at(at);
+        const auto *entry = static_cast<const qek_hash_entry *>(removed.element);
+        freed.emplace_back(entry, *entry);
+        freed.back().second.next = nullptr;
+        text::remove(&table, removed.key);
+        table.model.erase(table.model.begin() + static_cast<std::ptrdiff_t>(at));
+        ASSERT_EQ(table.fault(), "");
+        for (const auto &[now, before] : freed) {
+            ASSERT_EQ(std::memcmp(now, &before, sizeof before), 0);
+        }
+    }
+}
+
 // Only the sixteenth entry asks for memory that the table does not have yet.
 TYPED_TEST(hash_suite, loses_entries_when_buckets_do_not_grow)
 {
@@ -191,6 +220,17 @@ TYPED_TEST(hash_suite, loses_entries_when_buckets_do_not_grow)
     for (int n = 0; n < 16; ++n) {
         const bool is_kept = family::number(table, table.key(n)) % 16 < 8;
         EXPECT_EQ(family::find(&table, table.key(n)), is_kept) << n;
+    }
+    std::vector<std::pair<const typename family::element *, typename family::element>> lost;
+    for (int n = 0; n < 16; ++n) {
+        const void *element = table.model.at(static_cast<std::size_t>(n)).element;
+        if (element != nullptr && family::remove(&table, table.key(n)) == 0) {
+            lost.emplace_back(static_cast<const typename family::element *>(element),
+                              *static_cast<const typename family::element *>(element));
+        }
+        for (const auto &[now, before] : lost) {
+            ASSERT_EQ(std::memcmp(now, &before, sizeof before), 0) << n;
+        }
     }
     EXPECT_EQ(shape(empty), (std::array{1, 4, 0}));
     EXPECT_EQ(family::find(&empty, empty.key(1)), 0);

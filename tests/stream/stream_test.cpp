@@ -2,6 +2,7 @@
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
 #include "qek_std.h"
+#include "stream/crc.h"
 #include "support/allocations.h"
 #include "support/random.h"
 
@@ -15,6 +16,7 @@
 #include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 using namespace std::string_literals;
 using qek_test::allocations;
@@ -327,6 +329,25 @@ TEST(stream, starts_without_a_look_and_trades_buffers_with_a_string)
     qek_stream_term(&stream);
     qek_stream_term(&stream);
     expect_same(stream, {});
+}
+
+// Every way to run the register ends where the steps by bytes end.
+TEST(stream, checksums_are_those_by_bytes_at_every_size)
+{
+    qek_test::random_numbers random;
+    std::vector<std::uint8_t> bytes(5000);
+    for (auto &byte : bytes) {
+        byte = static_cast<std::uint8_t>(random.below(256));
+    }
+    for (std::int32_t size = -1; size < 4500; size += size < 600 ? 1 : 97) {
+        const std::uint8_t *start = bytes.data() + random.below(64);
+        for (const std::uint32_t crc : {0U, ~0U, 0x80U, 0x12345678U}) {
+            const std::uint32_t expected = qek::crc_by_bytes(crc, start, size);
+            ASSERT_EQ(qek::crc_by_words(crc, start, size), expected) << size;
+            ASSERT_EQ(qek::crc_after(crc, start, size), expected) << size;
+        }
+        ASSERT_EQ(qek_stream_crc32(start, size), ~qek::crc_by_bytes(~0U, start, size));
+    }
 }
 
 TEST(stream, checksums_as_worked_by_hand)

@@ -3,12 +3,15 @@
 
 // Numbers in and out of both owned texts, substitution, and formatted writing.
 
+#include "base/rounding.h"
 #include "support/allocations.h"
 #include "support/owned_text.h"
 #include "support/random.h"
 
 #include <gmock/gmock.h>
 
+#include <bit>
+#include <cfenv>
 #include <cfloat>
 #include <cmath>
 #include <functional>
@@ -62,6 +65,42 @@ TEST(convert, writes_numbers)
     EXPECT_STREQ(reinterpret_cast<const char *>(text.data), "16777216.000000-7");
 }
 
+// In the runtime's words, whoever writes them: over all exponents, at the ties of the last decimal,
+// where a round-up runs through to the front, and in another rounding direction.
+TEST(convert, writes_numbers_as_the_runtime_does)
+{
+    random_numbers random;
+    const auto word = [&] { return std::uint64_t{random.next()} << 32 | random.next(); };
+    string text;
+    const auto check = [&](auto copy, auto value) {
+        copy(&text, value);
+        ASSERT_EQ(reinterpret_cast<const char *>(text.data), std::to_string(value));
+    };
+    for (int round = 0; random.goes_on(round, 3000) && !HasFatalFailure(); ++round) {
+        const int bits = random.between(0, 63);
+        check(qek_string_copy_long, static_cast<std::int64_t>(word() >> bits));
+        check(qek_string_copy_integer, static_cast<std::int32_t>(word() >> bits));
+        const double ties = static_cast<double>(random.below(1U << 20)) / 128;
+        const double nines = std::pow(10, random.between(0, 12)) - std::pow(0.1, bits % 10);
+        const double small =
+            std::ldexp(static_cast<double>(word() >> 11), random.between(-130, 11));
+        std::fesetround(random.one_in(3) ? FE_UPWARD : FE_TONEAREST);
+        if (qek::rounds_to_nearest() == (std::fegetround() == FE_TONEAREST)) {
+            const auto any = std::bit_cast<double>(word());
+            for (const double value :
+                 {std::isnan(any) ? 5e-324 : any, ties, nines, small, -small}) {
+                check(qek_string_copy_double, value);
+                check(qek_string_copy_float, static_cast<float>(ties));
+                const std::string digits = std::to_string(value / 1e9);
+                qek_string_copy(&text, digits.data(), -1);
+                ASSERT_EQ(qek_string_get_float(&text, 0),
+                          static_cast<float>(std::atof(digits.c_str())));
+            }
+        }
+        std::fesetround(FE_TONEAREST);
+    }
+}
+
 TEST(convert, reads_numbers_by_two_parsers)
 {
     const struct {
@@ -70,13 +109,27 @@ TEST(convert, reads_numbers_by_two_parsers)
         std::int64_t whole;
         float single;
         double decimal;
-    } cases[] = {{" 12", 12, 0, 12.0F, 0.0},     {"+5", 5, 0, 5.0F, 0.0},
-                 {"1e3", 1, 1, 1000.0F, 1.0},    {".5", 0, 0, 0.5F, 0.0},
-                 {"12abc", 12, 12, 12.0F, 12.0}, {"abc", 0, 0, 0.0F, 0.0},
-                 {"-.5", 0, 0, -0.5F, -0.0},     {"1.5.5", 1, 1, 1.5F, 1.5},
-                 {"1-2", 1, 1, 1.0F, 1.0},       {"-12-3", -12, -12, -12.0F, -12.0},
-                 {"--5", 0, 0, 0.0F, -0.0},      {"3\0004"s, 3, 3, 3.0F, 3.0},
-                 {"\0004"s, 0, 0, 0.0F, 0.0},    {"", 77, 77, 77.0F, 77.0}};
+    } cases[] = {{" 12", 12, 0, 12.0F, 0.0},
+                 {"+5", 5, 0, 5.0F, 0.0},
+                 {"1e3", 1, 1, 1000.0F, 1.0},
+                 {".5", 0, 0, 0.5F, 0.0},
+                 {"12abc", 12, 12, 12.0F, 12.0},
+                 {"abc", 0, 0, 0.0F, 0.0},
+                 {"-.5", 0, 0, -0.5F, -0.0},
+                 {"1.5.5", 1, 1, 1.5F, 1.5},
+                 {"1-2", 1, 1, 1.0F, 1.0},
+                 {"-12-3", -12, -12, -12.0F, -12.0},
+                 {"--5", 0, 0, 0.0F, -0.0},
+                 {"3\0004"s, 3, 3, 3.0F, 3.0},
+                 {"\0004"s, 0, 0, 0.0F, 0.0},
+                 {"", 77, 77, 77.0F, 77.0},
+                 {"1.5e1", 1, 1, 15.0F, 1.5},
+                 {"0x10", 0, 0, 16.0F, 0.0},
+                 {"0.1", 0, 0, 0.1F, 0.1},
+                 {"-2.", -2, -2, -2.0F, -2.0},
+                 {"-1234567", -1234567, -1234567, -1234567.0F, -1234567.0},
+                 {"-0123456789", -123456789, -123456789, -123456789.0F, -123456789.0},
+                 {"-987654321:", -987654321, -987654321, -987654321.0F, -987654321.0}};
     for (const auto &row : cases) {
         string text;
         EXPECT_EQ(qek_string_get_integer(&text, 9), 9) << "without a buffer";
