@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # instructions.sh [--write]: counts the instructions of hot rows under callgrind, and compares with
 # bench/instructions.txt, so that a change of the work shows without a clock. --write makes the file
 # afresh. The figures belong to the optimised build by Debian's g++ and to Debian's C library on a

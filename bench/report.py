@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 """report.py RESULTS [--from FILE...] [--against FILE] [--markdown] [--draw FILE]
 
 Prints the table of RESULTS, with the rows that miss their target first; --from makes RESULTS out of

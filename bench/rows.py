@@ -1,4 +1,5 @@
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 """The rows of the table: what is measured against whom, and the ratio that is aimed at.
 
 Ratio = our time / the peer's; lower is better. `a|b` is the better of two peers. A peer without a

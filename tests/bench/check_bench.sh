@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_bench.sh: bench.sh builds, runs and compares, on few rows and small sizes; what it makes of
 # wrong calls; and the report's own check. Looks at no time.
 set -euo pipefail

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
+# SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_report.sh: the table of bench/report.py on small inputs: which rows miss, which got worse,
 # which of two peers counts, and that sides which did different work are an error.
 set -euo pipefail
