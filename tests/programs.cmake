@@ -33,7 +33,10 @@ add_library(qek_test_objects OBJECT
     ${index}/index_read.c ${index}/index_write.c ${index}/table.c ${index}/text.c)
 target_include_directories(qek_test_objects PUBLIC ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}
                                                    ${PROJECT_SOURCE_DIR}/include)
-target_compile_definitions(qek_test_objects PUBLIC QEK_STD_STATIC $<$<BOOL:${QEK_SANITIZE}>:QEK_SANITIZED>)
+target_compile_definitions(qek_test_objects PUBLIC QEK_STD_STATIC)
+if(QEK_SANITIZE)
+    target_compile_definitions(qek_test_objects PUBLIC QEK_SANITIZED)
+endif()
 target_link_libraries(qek_test_objects PUBLIC qek_flags GTest::gmock)
 # Most of the time goes into the framework's templates: read once, and not optimised for long.
 target_precompile_headers(qek_test_objects PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:<gmock/gmock.h$<ANGLE-R>>")

@@ -37,7 +37,9 @@ trap 'rm -f "$stripped"' EXIT
 "${STRIP:-strip}" -o "$stripped" "$shared"
 size=$(stat -c %s "$stripped") limit=262144
 echo "stripped size: $size bytes"
-if [[ $heads == *'file format elf64'* ]] && ((size > limit)); then
+# The limit is that of what is shipped, for x86-64 and by g++; others lay out more code.
+if [[ $heads == *'file format elf64-x86-64'* ]] && ! grep -q "clang version" "$shared" &&
+    ((size > limit)); then
     echo "which is more than $limit"
     failed=1
 fi
