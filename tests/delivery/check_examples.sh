@@ -75,25 +75,6 @@ run_key_shell() {
     echo 'load bad.keys' | said ./key_shell
 }
 
-run_word_index() {
-    local index=$root/tests/demo/harbour.little-endian.index
-    cp "$root/tests/demo/harbour.txt" harbour.txt
-    said ./word_index --index made.index harbour.txt
-    said cmp made.index "$index"
-    said ./word_index --check made.index harbour.txt
-    head -c 100 "$index" >cut.index
-    said ./word_index --check cut.index harbour.txt
-    said ./word_index none.txt
-}
-
-run_outline() {
-    printf '10 a/b/one\n5 a/two\n7 three\n' >list
-    said ./outline list
-    said ./outline --depth 1 list
-    printf '10 a\nx b\n' >list
-    said ./outline list
-}
-
 as_expected() { diff "$here/examples/$1.out" <("run_$1"); }
 
 if [[ -n $shown ]]; then
