@@ -62,16 +62,16 @@ run_key_shell() {
     rm -f ./*.keys
     said ./key_shell <"$here/examples/keys"
     printf 'put alpha 2\nload saved.keys\nkeys' | said ./key_shell
-    printf 'save empty.keys\nput alpha 3\nload empty.keys\nkeys\nget alpha' | said ./key_shell
-    # Each damaged in one place: magic, an entry, the checksum; then cut, and with a false length.
+    printf 'put x 1\ndelete x\nsave empty.keys\nput x 3\nload empty.keys\nkeys\nget x' | said ./key_shell
+    # Each damaged in one place: magic, an entry, the checksum; then cut.
     for bytes in 0 9 20; do
         { head -c $bytes saved.keys && printf '\xff' && tail -c +$((bytes + 2)) saved.keys; } >bad.keys
         echo 'load bad.keys' | said ./key_shell
     done
     head -c 13 saved.keys >bad.keys
     printf 'put kept 1\nload bad.keys\nkeys' | said ./key_shell
-    # One entry whose key is said to have 0x3FFFFF bytes, under a checksum that is right.
-    printf 'QKVS\1\0\0\0\xff\xff\xbf\xff\x63\xaa\xdf\x34' >bad.keys
+    # A key that does not end, under a checksum that is right.
+    printf 'QKVSa\x01\xc3\x56\x4c' >bad.keys
     echo 'load bad.keys' | said ./key_shell
 }
 
@@ -84,6 +84,7 @@ if [[ -n $shown ]]; then
 fi
 for example in "$root"/examples/*/; do
     name=$(basename "$example")
+    check "$name has less than 150 lines" test "$(wc -l <"$example/main.c")" -lt 150
     for way in cmake cc; do
         check "$name builds by $way" "by_$way" "$name"
         check "$name, built by $way, does what is expected" as_expected "$name"
