@@ -47,6 +47,7 @@ said() { # COMMAND...
     "$@" 2>&1 || result=$?
     [[ $result -eq 0 ]] || echo "(result $result)"
 }
+to_full() { "$@" >/dev/full; }
 
 run_log_rates() {
     local log=$here/examples/log
@@ -73,6 +74,38 @@ run_key_shell() {
     # A key that does not end, under a checksum that is right.
     printf 'QKVSa\x01\xc3\x56\x4c' >bad.keys
     echo 'load bad.keys' | said ./key_shell
+}
+
+run_word_index() {
+    cp "$root/tests/demo/harbour.txt" harbour
+    printf 'A ship_A ship\n\nx' >short
+    said ./word_index harbour short
+    said ./word_index --prefix ship harbour short
+    said ./word_index --prefix zzz harbour
+    printf 'in\0in 2,2' | said ./word_index
+    head -c 300 /dev/zero | tr '\0' w | said ./word_index | cut -c 1-3,230-
+    said ./word_index short none.txt
+    said ./word_index .
+    said ./word_index --nope
+    said to_full ./word_index short
+}
+
+run_outline() {
+    local bad
+    printf '\nHarbour\n  Ships\n    Sails \n\n    Ropes\n  Quay\nInn\n       Rooms\r\nInn' >plan
+    said ./outline plan
+    said ./outline --find Harbour/Ships plan
+    said ./outline --find Harbour/Ropes <plan
+    said ./outline --find Inn/Ropes plan
+    said ./outline --find / plan
+    for bad in 'a\n    b\n  c' 'a\n b\n\tc' '  a\nb' 'a\n\0b'; do
+        # shellcheck disable=SC2059 # with its escapes
+        printf "$bad" | said ./outline
+    done
+    said ./outline </dev/null
+    said ./outline none.txt
+    said ./outline --find
+    said to_full ./outline plan
 }
 
 as_expected() { diff "$here/examples/$1.out" <("run_$1"); }
