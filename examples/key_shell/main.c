@@ -51,18 +51,20 @@ static const char *save(const qek_btree *keys, const char *path)
     return good ? NULL : "the file cannot be written";
 }
 
-/* What is wrong with the bytes of a file, or null. */
 static const char *fault_of(const qek_stream *in)
 {
     const int32_t end = in->length - 4; /* where the checksum stands */
-    int32_t at = end;
+    int32_t at = 4, ends = 0;
+    for (; at < end; at++) {
+        ends += in->data[at] == 0;
+    }
     if (end < 4 || qek_mem_cmp(in->data, 4, "QKVS", 4) != 0) {
         return "that is no file of key_shell";
     }
     if (qek_stream_get_dword(in, &at) != qek_stream_crc32(in->data, end)) {
         return "the file is damaged, its checksum is wrong";
     }
-    return end > 4 && in->data[end - 1] != 0 ? "the file is damaged, a text has no end" : NULL;
+    return ends % 2 || (end > 4 && in->data[end - 1]) ? "the file is damaged, a text is cut" : NULL;
 }
 
 /* Takes the keys of a file for those that were there; if something is wrong these stay. */
@@ -134,14 +136,12 @@ int main(void)
     qek_btree keys;
     char *line;
     qek_btree_init(&keys, 1, 1, 0);
-    while ((line = readline(isatty(STDIN_FILENO) ? "> " : "")) != NULL) {
+    for (; (line = readline(isatty(STDIN_FILENO) ? "> " : "")) != NULL; free(line)) {
         const char *answer;
         add_history(line);
-        answer = obey(&keys, line);
-        if (answer != NULL) {
+        if ((answer = obey(&keys, line)) != NULL) {
             puts(answer);
         }
-        free(line);
     }
     qek_btree_free_all(&keys, free_text);
     qek_btree_term(&keys);

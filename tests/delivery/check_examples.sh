@@ -71,8 +71,10 @@ run_key_shell() {
     done
     head -c 13 saved.keys >bad.keys
     printf 'put kept 1\nload bad.keys\nkeys' | said ./key_shell
-    # A key that does not end, under a checksum that is right.
+    # A key that does not end, and one without a text, under checksums that are right.
     printf 'QKVSa\x01\xc3\x56\x4c' >bad.keys
+    echo 'load bad.keys' | said ./key_shell
+    printf 'QKVSa\0\xd8\x89\x49\xa5' >bad.keys
     echo 'load bad.keys' | said ./key_shell
 }
 
