@@ -2,8 +2,8 @@
  * SPDX-FileCopyrightText: 2026 The qek_std authors
  *
  * outline [--find PATH] [FILE]: reads an outline from a file or from standard input, and prints it
- * with numbers. A line is a title; indented by more spaces than the line before it is below that
- * one, and lines below the same one are indented alike. With --find only what PATH leads to is
+ * with numbers. A line is a title. One that is indented by more spaces than the line before is
+ * below it, and lines below the same one are indented alike. With --find only what PATH leads to is
  * printed: its steps are titles with a `/` between them, and a step is the first entry of that title
  * at any depth below the step before.
  *
