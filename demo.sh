@@ -7,11 +7,11 @@ usage() {
     cat <<'END'
 usage: ./demo.sh [--prefix TEXT] [FILE...]
 
-Sets up what is missing, builds and installs the library below build/, builds the example
+Sets up what is missing, builds and installs the library below build/, builds the program
 word_index against that installation, and indexes the words of the files: by default of all texts
 under /usr/share/common-licenses, or else of the project's own documents. Counts the words with the
 system's own tools as well, and says whether both agree. Looks up the words that start with a text.
-Then builds the example outline in the same way, and prints two levels of an outline of the project's
+Then builds the program outline in the same way, and prints two levels of an outline of the project's
 own files by size.
 
   --prefix TEXT  what the words that are looked up start with; "licen" if not told
@@ -88,11 +88,11 @@ step "configuring the library" \
 step "building the library" cmake --build "$build/demo/library"
 step "installing it to $build/stage" \
     cmake --install "$build/demo/library" --prefix "$build/stage"
-step "configuring the example" \
-    configure "$log" -S "$root/examples/word_index" -B "$build/demo/word_index" -G Ninja \
+step "configuring the program" \
+    configure "$log" -S "$root/demo/word_index" -B "$build/demo/word_index" -G Ninja \
     -DCMAKE_C_COMPILER=gcc -DCMAKE_BUILD_TYPE=Release "-DCMAKE_PREFIX_PATH=$build/stage" \
     -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
-step "building the example" cmake --build "$build/demo/word_index"
+step "building the program" cmake --build "$build/demo/word_index"
 
 word_index=$build/demo/word_index/word_index
 index=$build/demo/words.index
@@ -102,7 +102,7 @@ echo "== indexing ${#files[@]} texts" >&2
 echo "Words that start with \"$prefix\", and how often they occur:"
 "$word_index" --check "$index" --prefix "$prefix"
 
-# The counts of the index in words of the system's tools. A word is what examples/word_index/text.h
+# The counts of the index in words of the system's tools. A word is what demo/word_index/text.h
 # says; a text ends its last word, and a run beyond the longest word is several.
 count_with_tools() {
     local file

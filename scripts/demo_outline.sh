@@ -7,7 +7,7 @@ usage() {
     cat <<'END'
 usage: scripts/demo_outline.sh [DIR]
 
-Builds the example outline below build/demo against the library that is installed in build/stage,
+Builds the program outline below build/demo against the library that is installed in build/stage,
 which ./demo.sh sees to, writes a list of the files in DIR with their sizes, by default of the
 project's own, and prints two levels of it as an outline.
 
@@ -40,8 +40,8 @@ fi
 
 mkdir -p "$build/demo"
 {
-    echo "== building the example outline"
-    configure "$build/demo/configure.log" -S "$root/examples/outline" -B "$build/demo/outline" \
+    echo "== building the program outline"
+    configure "$build/demo/configure.log" -S "$root/demo/outline" -B "$build/demo/outline" \
         -G Ninja -DCMAKE_C_COMPILER=gcc -DCMAKE_BUILD_TYPE=Release \
         "-DCMAKE_PREFIX_PATH=$build/stage" -DCMAKE_COMPILE_WARNING_AS_ERROR=ON
     cmake --build "$build/demo/outline"

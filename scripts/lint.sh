@@ -42,7 +42,7 @@ rm -rf "$work"
 mkdir -p "$work"
 mapfile -t sources < <(find base stream pool array bits hash btree list tree text -name '*.cpp' |
     LC_ALL=C sort)
-mapfile -t examples < <(find examples -name '*.c' | LC_ALL=C sort)
+mapfile -t programs < <(find demo examples -name '*.c' | LC_ALL=C sort)
 tidy() { # SOURCE
     local out=$work/${1//\//.}
     local flags=(-p build/default --extra-arg=-Wno-ignored-optimization-argument)
@@ -56,9 +56,9 @@ finding() { # SOURCE: shows what was found in it
 export -f tidy
 export work
 # shellcheck disable=SC2016 # expanded by the shell that is started
-printf '%s\0' "${sources[@]}" "${examples[@]}" |
+printf '%s\0' "${sources[@]}" "${programs[@]}" |
     xargs -0 -P "$(nproc)" -I{} bash -c 'tidy "$1"' tidy {} || true
-for source in "${sources[@]}" "${examples[@]}"; do
+for source in "${sources[@]}" "${programs[@]}"; do
     check "clang-tidy, $source" finding "$source"
 done
 

@@ -15,7 +15,7 @@ add_custom_command(OUTPUT ${watched}
             --redefine-sym ${prefix}free=${prefix}watched_free
             $<TARGET_FILE:qek_std_static> ${watched}
     DEPENDS qek_std_static VERBATIM)
-set(index ${PROJECT_SOURCE_DIR}/examples/word_index)
+set(index ${PROJECT_SOURCE_DIR}/demo/word_index)
 add_library(qek_test_objects OBJECT
     support/allocations.cpp
     array/arrays_test.cpp array/arrayt_test.cpp array/keyed_test.cpp array/sort_test.cpp
@@ -108,8 +108,8 @@ if(NOT WIN32)
     add_test(NAME header.examples_in_threads COMMAND qek_threads)
 endif()
 
-# The example that serialises, to compare what it writes here with what it wrote elsewhere.
-file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/examples/word_index/*.c)
+# The demo's program that serialises, to compare what it writes here with what it wrote elsewhere.
+file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/demo/word_index/*.c)
 add_executable(qek_word_index ${sources})
 target_link_libraries(qek_word_index PRIVATE qek_flags qek_std)
 add_test(NAME demo.index

@@ -1,93 +1,149 @@
 /* SPDX-License-Identifier: MIT
  * SPDX-FileCopyrightText: 2026 The qek_std authors
  *
- * outline: reads a list of files with their sizes, and prints it as an indented outline.
+ * outline [--find PATH] [FILE]: reads an outline from a file or from standard input, and prints it
+ * with numbers. A line is a title. One that is indented by more spaces than the line before is
+ * below it, and lines below the same one are indented alike. With --find only what PATH leads to is
+ * printed: its steps are titles with a `/` between them, and a step is the first entry of that title
+ * at any depth below the step before.
+ *
+ *     Harbour                1 Harbour
+ *       Ships                  1.1 Ships
+ *         Sails      -->         1.1.1 Sails      outline --find Harbour/Sails finds this one
  */
-#include "outline.h"
-
-#include <inttypes.h>
-#include <stdarg.h>
+#include <errno.h>
+#include <qek_std.h>
 #include <stdio.h>
 #include <string.h>
 
-static const char *const usage =
-    "usage: outline [--depth N] LIST\n"
-    "\n"
-    "Prints the files of a list as an outline of directories, sorted by name, with the bytes and\n"
-    "the number of files in each. A line of the list is a size in bytes, a space and a path, as\n"
-    "this prints it: find DIR -type f -printf '%s %p\\n'\n"
-    "\n"
-    "  --depth N  print N levels at most; what lies deeper is counted all the same\n"
-    "  --help     print this text\n"
-    "\n"
-    "Result: 0 if all went well; 1 if something failed, and if that is a bad line, nothing is\n"
-    "printed; 2 if the call was wrong.\n";
+struct line {
+    int32_t indent; /* spaces before the title */
+    int32_t place;  /* among those below the same line, from 1 */
+    uint8_t *title; /* NUL-terminated, of the library's heap */
+};
 
-int complain(const char *format, ...)
+static struct line *line_of(const qek_tree_entry *entry) { return (struct line *)entry->value; }
+
+static void free_line(qek_word value) { qek_free(((struct line *)value)->title); }
+
+static int32_t match_title(qek_tree_entry *entry, qek_word key, qek_word length)
 {
-    va_list arguments;
-    va_start(arguments, format);
-    fputs("outline: ", stderr);
-    vfprintf(stderr, format, arguments);
-    fputc('\n', stderr);
-    va_end(arguments);
-    return 0;
+    const char *title = (const char *)line_of(entry)->title;
+    return qek_mem_cmp(title, (int32_t)strlen(title), (const void *)key, (int32_t)length);
 }
 
-static int print(const qek_tree *tree, int32_t depth)
+/* Adds what a line says behind the entry that was added last. What is wrong with it, or null. */
+static const char *add(qek_tree *tree, qek_tree_entry **last, const qek_string *text)
 {
-    const qek_tree_entry *top = &tree->root;
-    const qek_tree_entry *entry = qek_tree_entry_iter_next(top, top);
-    int32_t directories;
-    while (entry != NULL) {
-        const struct node *node = node_of(entry);
-        printf("%15" PRId64 " %10" PRId32 "  %*s%.*s%s\n", node->size, node->files,
-               2 * (int)node->depth, "", (int)node->name.length, (const char *)node->name.data,
-               node->line == 0 ? "/" : "");
-        entry = node->depth + 1 < depth ? qek_tree_entry_iter_next(top, entry)
-                                        : qek_tree_entry_find_next(top, entry);
+    qek_tree_entry *entry, *above = *last, *before = NULL;
+    qek_stringx title;
+    if (qek_mem_chr(text->data, text->length, 0) >= 0) {
+        return "there is a NUL byte";
     }
-    directories = tree->entry_count - node_of(top)->files;
-    printf("%15" PRId64 " %10" PRId32 "  total, %" PRId32 " director%s\n", node_of(top)->size,
-           node_of(top)->files, directories, directories == 1 ? "y" : "ies");
-    return (fflush(stdout) == 0 && !ferror(stdout)) || complain("cannot write the result");
-}
-
-/* The number that --depth is told; 0 if it is none. */
-static int32_t depth_of(char *argument)
-{
-    qek_char number;
-    number.data = (uint8_t *)argument;
-    number.length = -1;
-    if (qek_char_length(&number) > 3 || !qek_char_is_long(&number)) {
-        return 0;
+    qek_stringx_copy_string(&title, text);
+    qek_stringx_trim(&title);
+    if (qek_stringx_is_empty(&title)) {
+        return NULL;
     }
-    return (int32_t)qek_char_get_long(&number);
+    if (qek_mem_chr(text->data, title.offset, '\t') >= 0) {
+        return "there is a tab where spaces are to indent it";
+    }
+    for (; above != &tree->root && line_of(above)->indent >= title.offset; above = above->parent) {
+        before = above;
+    }
+    if (before != NULL && line_of(before)->indent != title.offset) {
+        return "it is indented less than the line before, but as no line above it";
+    }
+    entry = qek_tree_entry_new(tree);
+    entry->value = (qek_word)qek_pool_new(tree->value_pool); /* a fresh item is zero */
+    line_of(entry)->indent = title.offset;
+    line_of(entry)->place = before == NULL ? 1 : line_of(before)->place + 1;
+    qek_str_dup(&line_of(entry)->title, title.data + title.offset, title.length);
+    qek_tree_entry_append(tree, above, entry);
+    *last = entry;
+    return NULL;
 }
 
-static int run(const char *file, int32_t depth)
+/* 1 if all lines are in the tree; 0 after a complaint. */
+static int read_lines(qek_tree *tree, FILE *file, const char *name)
 {
-    struct lines lines;
-    qek_tree tree;
-    int done;
-    qek_tree_init(&tree, 1, 1);
-    done = lines_read(&lines, file) && outline_build(&tree, &lines) && print(&tree, depth);
-    qek_tree_term(&tree);
-    lines_term(&lines);
-    return done;
+    qek_tree_entry *last = &tree->root;
+    const char *problem = NULL;
+    int32_t number = 0;
+    qek_string text;
+    int byte = 0;
+    qek_string_init(&text);
+    while (problem == NULL && byte != EOF) {
+        qek_string_shrink(&text, 0);
+        while ((byte = getc(file)) != EOF && byte != '\n') {
+            qek_string_append_char(&text, (uint8_t)byte);
+        }
+        problem = ferror(file) ? strerror(errno) : add(tree, &last, &text);
+        number++;
+    }
+    if (problem != NULL) {
+        fprintf(stderr, "outline: %s:%d: %s\n", name, number, problem);
+    }
+    qek_string_term(&text);
+    return problem == NULL;
+}
+
+/* Prints an entry, but not the root, and what is below it; 0 if it cannot be written. */
+static int print(const qek_tree_entry *top)
+{
+    const qek_tree_entry *entry = top->parent != NULL ? top : qek_tree_entry_iter_next(top, top);
+    qek_string numbers;
+    qek_string_init(&numbers);
+    for (; entry != NULL; entry = qek_tree_entry_iter_next(top, entry)) {
+        const qek_tree_entry *step = entry;
+        int depth = -1;
+        qek_string_shrink(&numbers, 0);
+        for (; step->parent != NULL; step = step->parent, depth++) {
+            char part[16];
+            snprintf(part, sizeof part, depth < 0 ? "%d" : "%d.", line_of(step)->place);
+            qek_string_insert(&numbers, 0, part, -1);
+        }
+        printf("%*s%s %s\n", 2 * depth, "", (char *)numbers.data, (char *)line_of(entry)->title);
+    }
+    qek_string_term(&numbers);
+    return fflush(stdout) == 0 && !ferror(stdout);
 }
 
 int main(int argc, char **argv)
 {
-    const int has_depth = argc == 4 && strcmp(argv[1], "--depth") == 0;
-    const int32_t depth = has_depth ? depth_of(argv[2]) : most_names;
-    if (argc == 2 && strcmp(argv[1], "--help") == 0) {
-        fputs(usage, stdout);
-        return 0;
-    }
-    if ((argc != 2 && !has_depth) || argv[argc - 1][0] == '-' || depth < 1) {
-        fputs(usage, stderr);
+    const char *path = argc > 2 && strcmp(argv[1], "--find") == 0 ? argv[2] : NULL;
+    const int named = path != NULL ? 3 : 1;
+    const char *name = argc > named ? argv[named] : "standard input";
+    const qek_tree_entry *found;
+    FILE *file = stdin;
+    qek_array steps;
+    qek_tree tree;
+    int result = 1;
+    if (argc > named + 1 || (argc > named && name[0] == '-')) {
+        fprintf(stderr, "usage: outline [--find PATH] [FILE]\n");
         return 2;
     }
-    return run(argv[argc - 1], depth) ? 0 : 1;
+    if (argc > named && (file = fopen(name, "rb")) == NULL) {
+        fprintf(stderr, "outline: %s: %s\n", name, strerror(errno));
+        return 1;
+    }
+    qek_tree_init(&tree, 1, 1);
+    tree.value_pool->item_size = sizeof(struct line);
+    qek_array_init(&steps, 0);
+    if (read_lines(&tree, file, name)) {
+        qek_array_from_string(&steps, '/', path, path == NULL ? 0 : (int32_t)strlen(path));
+        found = path == NULL ? &tree.root : qek_tree_find(&tree, &steps, match_title);
+        if (found == NULL) {
+            fprintf(stderr, "outline: %s: there is no %s\n", name, path);
+        } else if (print(found)) {
+            result = 0;
+        } else {
+            fprintf(stderr, "outline: cannot write: %s\n", strerror(errno));
+        }
+    }
+    qek_array_term(&steps);
+    qek_tree_free_all(&tree, free_line);
+    qek_tree_term(&tree);
+    fclose(file);
+    return result;
 }

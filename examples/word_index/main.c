@@ -1,145 +1,144 @@
 /* SPDX-License-Identifier: MIT
  * SPDX-FileCopyrightText: 2026 The qek_std authors
  *
- * word_index: reads texts, writes an index of their words, reads it back and compares.
+ * word_index [--prefix TEXT] [FILE...]: prints the words of texts, or of standard input, in order:
+ * how often each occurs and in which lines, as `harbour 3: a.txt:1 a.txt:7`. With --prefix only
+ * those that begin with TEXT. A word is a run of ASCII letters and digits, in lower case, and of
+ * bytes from 0x80 up, so that letters of UTF-8 stay together; behind 255 bytes a new one begins.
+ * If a text cannot be read nothing is printed.
  */
-#include "index.h"
-#include "report.h"
-#include "text.h"
-
+#include <ctype.h>
+#include <errno.h>
+#include <qek_std.h>
 #include <stdio.h>
 #include <string.h>
 
-static const char *const usage =
-    "usage: word_index [--index FILE] [--prefix TEXT | --counts] TEXT...\n"
-    "       word_index --check FILE [--prefix TEXT | --counts] [TEXT...]\n"
-    "\n"
-    "Writes an index of the words of all texts, then reads it back, verifies it, compares\n"
-    "it with what is in memory, and prints what it found.\n"
-    "\n"
-    "  --index FILE   the index to write; words.index if not told\n"
-    "  --check FILE   write nothing: verify this index, and compare it with the texts if\n"
-    "                 there are any, which must be named as they were when it was written\n"
-    "  --prefix TEXT  print only the words that start with TEXT, in order, one on a line:\n"
-    "                 how often it occurs, a space, the word\n"
-    "  --counts       the same for all words\n"
-    "  --help         print this text\n"
-    "  --             what follows is a text, even if it starts with a dash\n"
-    "\n"
-    "Result: 0 if all went well, 1 if something failed, 2 if the call was wrong.\n";
-
-struct options {
-    const char *index;
-    const char *check;  /* null: the index is to be written */
-    const char *prefix; /* null: the result is to be printed */
-    char **texts;
-    int text_count;
+enum {
+    longest_word = 255
 };
 
-enum outcome {
-    go_on,
-    ended_well,
-    called_wrongly
+struct place {
+    const char *file; /* borrowed */
+    unsigned long line;
 };
 
-static enum outcome wrong(const char *what, const char *argument)
-{
-    complain("%s%s", what, argument);
-    fputs("Try 'word_index --help'.\n", stderr);
-    return called_wrongly;
-}
+struct word {
+    unsigned long count;
+    qek_arrays places; /* of struct place, in a pool that all words share */
+};
 
-/* Where the argument of an option goes; null if there is no such option. */
-static const char **argument_of(struct options *options, const char *option)
-{
-    return strcmp(option, "--index") == 0    ? &options->index
-           : strcmp(option, "--check") == 0  ? &options->check
-           : strcmp(option, "--prefix") == 0 ? &options->prefix
-                                             : NULL;
-}
+struct word_index {
+    qek_btree words; /* values: struct word, items of the tree's own pool */
+    qek_pool places;
+};
 
-/* Texts and options may be mixed; the texts are gathered at the front of `arguments`. */
-static enum outcome parse(int count, char **arguments, struct options *options)
-{
-    int only_texts = 0;
-    int at;
-    options->index = NULL;
-    options->check = NULL;
-    options->prefix = NULL;
-    options->texts = arguments;
-    options->text_count = 0;
-    for (at = 0; at < count; ++at) {
-        char *argument = arguments[at];
-        if (only_texts || argument[0] != '-') {
-            options->texts[options->text_count++] = argument;
-        } else if (strcmp(argument, "--") == 0) {
-            only_texts = 1;
-        } else if (strcmp(argument, "--help") == 0) {
-            fputs(usage, stdout);
-            return ended_well;
-        } else if (strcmp(argument, "--counts") == 0) {
-            options->prefix = "";
-        } else if (argument_of(options, argument) == NULL) {
-            return wrong("unknown option ", argument);
-        } else if (++at == count) {
-            return wrong("something is missing behind ", argument);
-        } else {
-            *argument_of(options, argument) = arguments[at];
-        }
-    }
-    if (options->index != NULL && options->check != NULL) {
-        return wrong("--index and --check exclude each other", "");
-    }
-    if (options->check == NULL && options->text_count == 0) {
-        return wrong("no text to read", "");
-    }
-    return go_on;
-}
+static void init_word(qek_word value) { qek_arrays_init(&((struct word *)value)->places, 0); }
 
-static int read_texts(struct word_table *table, const struct options *options)
+static void free_word(qek_word value) { qek_arrays_term(&((struct word *)value)->places); }
+
+/* Notes that a word stands in a line; 0 if memory runs out. A tree does not tell when the text of a
+ * new key finds no room, so room is made before. */
+static int add(struct word_index *index, const void *chars, int32_t length, struct place at)
 {
-    int at;
-    for (at = 0; at < options->text_count; ++at) {
-        if (!text_read(table, options->texts[at])) {
+    qek_stream *keys = &index->words.keys;
+    struct place *place;
+    struct word *word;
+    qek_word value;
+    if (keys->length > INT32_MAX - length || !qek_stream_expand(keys, keys->length + length)) {
+        return 0;
+    }
+    qek_btree_set(&index->words, chars, length, &value, init_word); /* a fresh item is zero */
+    word = (struct word *)value;
+    word->count++;
+    word->places.pool = &index->places;
+    place = (struct place *)qek_arrays_get_last(&word->places);
+    if (place == NULL || place->line != at.line || place->file != at.file) {
+        place = (struct place *)qek_arrays_append_new(&word->places, NULL);
+        if (place == NULL) {
             return 0;
         }
+        *place = at;
     }
-    table_close(table);
     return 1;
 }
 
-static int run(struct word_table *table, const struct options *options)
+/* What went wrong, or null. */
+static const char *read_text(struct word_index *index, FILE *text, const char *name)
 {
-    const char *path = options->check;
-    struct index_summary summary;
-    if (path == NULL) {
-        path = options->index == NULL ? "words.index" : options->index;
-        if (!index_may_replace(path) || !read_texts(table, options) || !index_write(path, table)) {
-            return 0;
+    uint8_t word[longest_word];
+    struct place at = {name, 1};
+    int32_t length = 0;
+    int room = 1, byte = 0;
+    while (room && byte != EOF) {
+        const int belongs = (byte = getc(text)) >= 0x80 || isalnum(byte);
+        if (length > 0 && (!belongs || length == longest_word)) {
+            room = add(index, word, length, at);
+            length = 0;
         }
-    } else if (!read_texts(table, options)) {
-        return 0;
+        if (belongs) {
+            word[length++] = (uint8_t)tolower(byte);
+        }
+        at.line += byte == '\n';
     }
-    return index_check(path, table, &summary) &&
-           (options->prefix != NULL ? print_words(table, options->prefix)
-                                    : print_result(path, &summary, table));
+    return ferror(text) ? strerror(errno) : room ? NULL : "out of memory";
+}
+
+/* Prints the words that begin with a prefix. They stand in a row, from the first that is not before
+ * it; and as no word is ever removed, the links between nodes may be followed. */
+static void print(const struct word_index *index, const char *prefix)
+{
+    const int32_t size = (int32_t)strlen(prefix);
+    const qek_btree_node *node = qek_btree_node_bfind(&index->words, prefix, size);
+    for (; node != NULL; node = node->next) {
+        const struct word *word = (const struct word *)node->value;
+        const char *chars = (const char *)index->words.keys.data + node->key_offset;
+        int32_t i;
+        if (node->key_length < size || qek_mem_cmp(chars, size, prefix, size) != 0) {
+            break; /* or the last word, where all are before the prefix */
+        }
+        printf("%.*s %lu:", (int)node->key_length, chars, word->count);
+        for (i = 0; i < word->places.count; i++) {
+            const struct place *place = (const struct place *)word->places.slots[i];
+            printf(" %s:%lu", place->file, place->line);
+        }
+        printf("\n");
+    }
 }
 
 int main(int argc, char **argv)
 {
-    struct options options;
-    struct word_table table;
-    int done;
-    switch (parse(argc - 1, argv + 1, &options)) {
-    case ended_well:
-        return 0;
-    case called_wrongly:
+    const int chosen = argc > 2 && strcmp(argv[1], "--prefix") == 0;
+    const char *problem = NULL, *name = "standard input";
+    int at = chosen ? 3 : 1;
+    struct word_index index;
+    if (at < argc && argv[at][0] == '-') {
+        fprintf(stderr, "usage: word_index [--prefix TEXT] [FILE...]\n");
         return 2;
-    case go_on:
-        break;
     }
-    table_init(&table);
-    done = run(&table, &options);
-    table_term(&table);
-    return done ? 0 : 1;
+    qek_btree_init(&index.words, 1, 1, 1);
+    index.words.value_pool->item_size = sizeof(struct word);
+    qek_pool_init(&index.places);
+    index.places.item_size = sizeof(struct place);
+    if (at == argc) {
+        problem = read_text(&index, stdin, "-");
+    }
+    for (; at < argc && problem == NULL; at++) {
+        FILE *text = fopen(name = argv[at], "rb");
+        problem = text == NULL ? strerror(errno) : read_text(&index, text, name);
+        if (text != NULL) {
+            fclose(text);
+        }
+    }
+    if (problem == NULL) {
+        print(&index, chosen ? argv[2] : "");
+        name = "standard output";
+        problem = fflush(stdout) != 0 || ferror(stdout) ? strerror(errno) : NULL;
+    }
+    if (problem != NULL) {
+        fprintf(stderr, "word_index: %s: %s\n", name, problem);
+    }
+    qek_btree_free_all(&index.words, free_word);
+    qek_btree_term(&index.words);
+    qek_pool_term(&index.places);
+    return problem == NULL ? 0 : 1;
 }

@@ -47,6 +47,7 @@ said() { # COMMAND...
     "$@" 2>&1 || result=$?
     [[ $result -eq 0 ]] || echo "(result $result)"
 }
+to_full() { "$@" >/dev/full; }
 
 run_log_rates() {
     local log=$here/examples/log
@@ -62,36 +63,51 @@ run_key_shell() {
     rm -f ./*.keys
     said ./key_shell <"$here/examples/keys"
     printf 'put alpha 2\nload saved.keys\nkeys' | said ./key_shell
-    printf 'save empty.keys\nput alpha 3\nload empty.keys\nkeys\nget alpha' | said ./key_shell
-    # Each damaged in one place: magic, an entry, the checksum; then cut, and with a false length.
+    printf 'put x 1\ndelete x\nsave empty.keys\nput x 3\nload empty.keys\nkeys\nget x' | said ./key_shell
+    # Each damaged in one place: magic, an entry, the checksum; then cut.
     for bytes in 0 9 20; do
         { head -c $bytes saved.keys && printf '\xff' && tail -c +$((bytes + 2)) saved.keys; } >bad.keys
         echo 'load bad.keys' | said ./key_shell
     done
     head -c 13 saved.keys >bad.keys
     printf 'put kept 1\nload bad.keys\nkeys' | said ./key_shell
-    # One entry whose key is said to have 0x3FFFFF bytes, under a checksum that is right.
-    printf 'QKVS\1\0\0\0\xff\xff\xbf\xff\x63\xaa\xdf\x34' >bad.keys
+    # A key that does not end, and one without a text, under checksums that are right.
+    printf 'QKVSa\x01\xc3\x56\x4c' >bad.keys
+    echo 'load bad.keys' | said ./key_shell
+    printf 'QKVSa\0\xd8\x89\x49\xa5' >bad.keys
     echo 'load bad.keys' | said ./key_shell
 }
 
 run_word_index() {
-    local index=$root/tests/demo/harbour.little-endian.index
-    cp "$root/tests/demo/harbour.txt" harbour.txt
-    said ./word_index --index made.index harbour.txt
-    said cmp made.index "$index"
-    said ./word_index --check made.index harbour.txt
-    head -c 100 "$index" >cut.index
-    said ./word_index --check cut.index harbour.txt
-    said ./word_index none.txt
+    cp "$root/tests/demo/harbour.txt" harbour
+    printf 'A ship_A ship\n\nx' >short
+    said ./word_index harbour short
+    said ./word_index --prefix ship harbour short
+    said ./word_index --prefix zzz harbour
+    printf 'in\0in 2,2' | said ./word_index
+    head -c 300 /dev/zero | tr '\0' w | said ./word_index | cut -c 1-3,230-
+    said ./word_index short none.txt
+    said ./word_index .
+    said ./word_index --nope
+    said to_full ./word_index short
 }
 
 run_outline() {
-    printf '10 a/b/one\n5 a/two\n7 three\n' >list
-    said ./outline list
-    said ./outline --depth 1 list
-    printf '10 a\nx b\n' >list
-    said ./outline list
+    local bad
+    printf '\nHarbour\n  Ships\n    Sails \n\n    Ropes\n  Quay\nInn\n       Rooms\r\nInn' >plan
+    said ./outline plan
+    said ./outline --find Harbour/Ships plan
+    said ./outline --find Harbour/Ropes <plan
+    said ./outline --find Inn/Ropes plan
+    said ./outline --find / plan
+    for bad in 'a\n    b\n  c' 'a\n b\n\tc' '  a\nb' 'a\n\0b'; do
+        # shellcheck disable=SC2059 # with its escapes
+        printf "$bad" | said ./outline
+    done
+    said ./outline </dev/null
+    said ./outline none.txt
+    said ./outline --find
+    said to_full ./outline plan
 }
 
 as_expected() { diff "$here/examples/$1.out" <("run_$1"); }
@@ -103,6 +119,7 @@ if [[ -n $shown ]]; then
 fi
 for example in "$root"/examples/*/; do
     name=$(basename "$example")
+    check "$name has less than 150 lines" test "$(wc -l <"$example/main.c")" -lt 150
     for way in cmake cc; do
         check "$name builds by $way" "by_$way" "$name"
         check "$name, built by $way, does what is expected" as_expected "$name"

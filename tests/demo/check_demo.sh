@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 The qek_std authors
-# check_demo.sh: the two commands and the example as a user meets them, with bad input of all kinds.
+# check_demo.sh: the two commands and word_index as a user meets them, with bad input of all kinds.
 set -euo pipefail
 export LC_ALL=C
 

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 The qek_std authors
 # check_index.sh WORD_INDEX...: an index is the same bytes on every platform. The words of the call
-# run the example as it was built for this one; the indexes beside this script were written on a
+# run the program as it was built for this one; the indexes beside this script were written on a
 # big-endian and on a little-endian one.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 The qek_std authors
-# check_outline.sh: the second example as a user meets it, with bad lines of all kinds. Expects the
+# check_outline.sh: outline as a user meets it, with bad lines of all kinds. Expects the
 # library in build/stage, where ./demo.sh puts it.
 set -euo pipefail
 export LC_ALL=C

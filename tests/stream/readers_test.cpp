@@ -13,8 +13,8 @@
 #include <iterator>
 
 extern "C" {
-#include "examples/word_index/index.h"
-int complain(const char *format, ...); // of the example's report.c, silent here
+#include "demo/word_index/index.h"
+int complain(const char *format, ...); // of the program's report.c, silent here
 void show_progress(const char *step, std::uint32_t done, const char *unit);
 }
 
