@@ -51,7 +51,7 @@ is_there() { # PACKAGE
     graphviz) type dot ;;
     libedit-dev) test -f /usr/include/editline/readline.h ;;
     chromium | clang-format | clang-tidy | debootstrap | doxygen | gcovr | gdb | lintian) type "$1" ;;
-    pkg-config | python3 | reuse | shellcheck | valgrind) type "$1" ;;
+    python3 | reuse | shellcheck | valgrind) type "$1" ;;
     *) return 1 ;;
     esac >/dev/null 2>&1
 }
