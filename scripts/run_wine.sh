@@ -11,7 +11,9 @@ shift
 export WINEPREFIX=/tmp/qek_wine$bits.$UID WINEDEBUG=-all
 export WINEDLLOVERRIDES='winedbg.exe=d;mscoree,mshtml='
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+# The server stays for a while, as it takes a second to start.
 wine() {
+    /usr/lib/wine/wineserver64 -p20 2>/dev/null || true
     PATH=$PATH:/usr/lib/wine wine64 "$@"
 }
 if [[ $bits == 32 ]]; then
@@ -21,6 +23,7 @@ if [[ $bits == 32 ]]; then
             mkdir -p "$0$folder"
             mount --bind "$folder" "$0$folder"
         done
+        chroot "$0" /usr/lib/wine/wineserver32 -p20 2>/dev/null || true
         exec chroot "$0" env -C "$PWD" /usr/lib/wine/wine "$@"'
     wine() {
         unshare --mount bash -euc "$in_tree" "$root/build/wine32" "$@"
