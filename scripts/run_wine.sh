@@ -8,9 +8,10 @@ set -euo pipefail
 
 bits=$1
 shift
-export WINEPREFIX=/tmp/qek_wine$bits.$UID WINEDEBUG=-all
-export WINEDLLOVERRIDES='winedbg.exe=d;mscoree,mshtml='
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+# A server of its own for each tree, since it sees that tree alone.
+WINEPREFIX=/tmp/qek_wine$bits.$UID.$(cksum <<<"$root" | cut -d' ' -f1)
+export WINEPREFIX WINEDEBUG=-all WINEDLLOVERRIDES='winedbg.exe=d;mscoree,mshtml='
 # The server stays for a while, as it takes a second to start.
 wine() {
     /usr/lib/wine/wineserver64 -p20 2>/dev/null || true
