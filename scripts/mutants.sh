@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 The qek_std authors
-# mutants.sh [COUNT]: how many of so many changes of the compiled library the tests notice; 300 of
+# mutants.sh [COUNT]: how many of so many changes of the compiled library the tests notice; 200 of
 # them if not told, 0 for all that there are. At least 95 % have to be.
 set -euo pipefail
 
@@ -18,7 +18,7 @@ configure "$root/build/configure.log" -S "$root" -B "$build" -G Ninja -DCMAKE_CX
     -DCMAKE_EXE_LINKER_FLAGS=-no-pie
 cmake --build "$build" --target qek_tests
 "$root/tests/mutants/mutants.py" "$build/tests/qek_tests" "$build/tests/libqek_std_watched.a" \
-    --sample "${1:-300}" | tee "$build/mutants.txt"
+    --sample "${1:-200}" | tee "$build/mutants.txt"
 enough() {
     local killed
     killed=$(sed -nE '$s/.*, ([0-9]+)\..*/\1/p' "$build/mutants.txt")
