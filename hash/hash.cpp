@@ -58,12 +58,14 @@ struct text_policy {
     }
 
   private:
-    // Whether the live items of the pool are the entries of this table and no others. Without all
-    // buckets some may have got lost, which no chain leads to.
+    // Whether the live items of the pool are the entries of this table and no others, one behind the
+    // other. Without all buckets some may have got lost, which no chain leads to; a caller may have
+    // asked for larger items, with room for something of its own behind each entry.
     static bool fills_its_pool(const table &of) noexcept
     {
         return of.owns_entry_pool != 0 && of.buckets.count <= of.buckets.capacity &&
-               of.entry_pool->live_count == of.entry_count;
+               of.entry_pool->live_count == of.entry_count &&
+               of.entry_pool->item_size == std::int32_t{sizeof(entry)};
     }
 
     // What the walk along the chains does, in the order of memory, and an eighth of its time at a
