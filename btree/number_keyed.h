@@ -43,7 +43,9 @@ struct number_policy {
     }
     // Integers have one order only, in which the children ascend strictly, so any search finds the
     // same place. This one waits for memory twice and not five times: every eighth child, then the
-    // eight, are looked at side by side. Three quarters of its time.
+    // eight, are looked at side by side. Three quarters of its time. Children that went in by the
+    // other order of integers, as after a swap of trees, ascend up to where they turn round, so the
+    // ends of the page tell; there the halving decides what is found.
     static bool has_steps(const Tree &of) noexcept
     {
         return of.key_type == Signed || of.key_type == Unsigned;
@@ -53,21 +55,28 @@ struct number_policy {
     {
         // With its top bit turned, a signed number stands as an unsigned one.
         const key turn = of.key_type == Signed ? key{1} << (8 * sizeof(key) - 1) : key{0};
-        const auto is_below = [&, turned = sought ^ turn](std::int32_t index) {
+        const key turned = sought ^ turn;
+        const auto key_at = [&](std::int32_t index) {
             const auto *at = static_cast<const Element *>(pool::item_of(children.slots[index]));
-            return (at->key ^ turn) < turned;
+            return at->key ^ turn;
         };
         constexpr std::int32_t step = 8;
         const std::int32_t count = array::slots_in_use(children);
+        if (count > 1 && key_at(0) > key_at(count - 1)) {
+            return array::locate(count, false, [&](std::int32_t index) {
+                return static_cast<std::int32_t>(key_at(index) > turned) -
+                       static_cast<std::int32_t>(key_at(index) < turned);
+            });
+        }
         std::int32_t index = 0;
-        while (index + step <= count && is_below(index + step - 1)) {
+        while (index + step <= count && key_at(index + step - 1) < turned) {
             index += step;
         }
         const std::int32_t end = smaller(index + step, count);
         for (std::int32_t at = index; at < end; ++at) {
-            index += is_below(at) ? 1 : 0;
+            index += key_at(at) < turned ? 1 : 0;
         }
-        return {index, index < count && child<Element>(children, index)->key == sought};
+        return {index, index < count && key_at(index) == turned};
     }
     template <typename Element> static key key_of(const Tree &, const Element &at) noexcept
     {

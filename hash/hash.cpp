@@ -45,7 +45,7 @@ struct text_policy {
             return;
         }
         keys::erase(of.keys, gone);
-        if (fills_its_pool(of) && sweep_pool(*of.entry_pool, gone)) {
+        if (fills_its_pool(of) && has_few_freed(of) && sweep_pool(*of.entry_pool, gone)) {
             removed.key_offset = gone.offset;
         } else {
             hash::for_each<entry>(of.buckets,
@@ -58,12 +58,21 @@ struct text_policy {
     }
 
   private:
-    // Whether the live items of the pool are the entries of this table and no others. Without all
-    // buckets some may have got lost, which no chain leads to.
+    // Whether the live items of the pool are the entries of this table and no others, one behind the
+    // other. Without all buckets some may have got lost, which no chain leads to; a caller may have
+    // asked for larger items, with room for something of its own behind each entry.
     static bool fills_its_pool(const table &of) noexcept
     {
         return of.owns_entry_pool != 0 && of.buckets.count <= of.buckets.capacity &&
-               of.entry_pool->live_count == of.entry_count;
+               of.entry_pool->live_count == of.entry_count &&
+               of.entry_pool->item_size == std::int32_t{sizeof(entry)};
+    }
+
+    // The freed items are scattered and touched twice, so with many of them the chains are the
+    // shorter way: by twenty times where one slot in sixteen is live.
+    static bool has_few_freed(const table &of) noexcept
+    {
+        return pool::slots_handed_out(*of.entry_pool) <= of.entry_count + wide(of.entry_count) / 2;
     }
 
     // What the walk along the chains does, in the order of memory, and an eighth of its time at a

@@ -24,10 +24,10 @@ inline std::uint32_t of_lowered_bytes(const std::uint8_t *bytes, std::int32_t si
     const text::byte_map<text::lower_case> lower;
     std::uint8_t lowered[part];
     std::uint32_t crc = 0;
-    for (std::int32_t at = 0; at < size; at += part) {
-        const std::int32_t count = smaller(size - at, part);
-        for (std::int32_t of_part = 0; of_part < count; ++of_part) {
-            lowered[of_part] = lower(bytes[at + of_part]);
+    for (std::int32_t left = size; left > 0; left -= part) {
+        const std::int32_t count = smaller(left, part);
+        for (std::int32_t at = 0; at < count; ++at) {
+            lowered[at] = lower(*bytes++);
         }
         crc = crc_by_words(crc, lowered, count);
     }

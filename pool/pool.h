@@ -55,7 +55,13 @@ inline void **freed_entries(const qek_pool_table &freed, std::int32_t block) noe
     return static_cast<void **>(freed.blocks[block]);
 }
 
-// Runs `visit(item)` over every slot that was handed out, live or freed, in the order of memory.
+// Slots that were handed out, live or freed, of a pool that handed out any.
+inline std::int64_t slots_handed_out(const qek_pool &pool) noexcept
+{
+    return (wide(pool.items.used) - 1) * pool.items_per_block + pool.items.next_slot;
+}
+
+// Runs `visit(item)` over all of them, in the order of memory.
 template <typename Item, typename Visit>
 void for_each_slot(const qek_pool &pool, Visit visit) noexcept
 {

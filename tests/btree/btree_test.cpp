@@ -347,6 +347,25 @@ TYPED_TEST(btree_key_types, make_all_keys_equal_when_unknown)
     }
 }
 
+// After a swap of trees of two orders, say: what halving meets in a page counts.
+TYPED_TEST(btree_key_types, search_by_halves_in_an_order_that_is_not_the_trees)
+{
+    using family = TypeParam;
+    using key = decltype(family::element::key);
+    const key lowest = key{1} << (sizeof(key) * 8 - 1); // of signed numbers
+    modelled<family> tree(true, true, 1);
+    for (const key each : {key{1}, key{2}, lowest + 1, lowest + 2}) {
+        family::insert(&tree, any_key::of(each), 5);
+    }
+    tree.key_type = family::orders[0];
+    const std::tuple<key, int, key> looks[] = {
+        {1, 1, 1}, {2, 1, 2}, {3, 0, lowest + 2}, {lowest + 1, 0, 1}, {lowest + 2, 0, 1}};
+    for (const auto &[sought, is_found, nearest] : looks) {
+        EXPECT_EQ(family::find(&tree, any_key::of(sought)), is_found) << sought;
+        EXPECT_EQ(family::bfind(&tree, any_key::of(sought))->key, nearest) << sought;
+    }
+}
+
 // An empty root that cannot grow answers as if the key were there; one with nodes, as if it were
 // not.
 TEST(btree, loses_a_node_when_the_root_does_not_grow)

@@ -178,28 +178,31 @@ TYPED_TEST(hash_suite, stores_nothing_when_the_pool_gives_no_entry)
 // Offsets of other keys are put right in the blocks of the pool, where freed entries lie as well.
 TEST(hash, leaves_freed_entries_as_they_were)
 {
-    modelled<text> table;
-    table.store(0, 60);
-    std::vector<std::pair<const qek_hash_entry *, qek_hash_entry>> freed;
-    for (const std::size_t at : {50U, 3U, 20U, 0U, 7U}) {
-        if (at == 0) { // and what was freed last, once it is somebody else's
-            ASSERT_EQ(qek_pool_new(table.entry_pool), freed.back().first);
-        }
-        if (at == 7) { // with bytes that no entry has
-            void *item = qek_pool_new(table.entry_pool);
-            std::memset(item, 0xFF, sizeof(qek_hash_entry));
-            qek_pool_free(table.entry_pool, item);
-            std::memset(&freed.back().second, 0xFF, sizeof(qek_hash_entry));
-        }
-        const stored_key removed = table.model.at(at);
-        const auto *entry = static_cast<const qek_hash_entry *>(removed.element);
-        freed.emplace_back(entry, *entry);
-        freed.back().second.next = nullptr;
-        text::remove(&table, removed.key);
-        table.model.erase(table.model.begin() + static_cast<std::ptrdiff_t>(at));
-        ASSERT_EQ(table.fault(), "");
-        for (const auto &[now, before] : freed) {
-            ASSERT_EQ(std::memcmp(now, &before, sizeof before), 0);
+    for (const int own : {0, 24}) {
+        modelled<text> table;
+        table.entry_pool->item_size += own; // a caller's bytes behind each entry
+        table.store(0, 60);
+        std::vector<std::pair<const qek_hash_entry *, qek_hash_entry>> freed;
+        for (const std::size_t at : {50U, 3U, 20U, 0U, 7U}) {
+            if (at == 0) { // and what was freed last, once it is somebody else's
+                ASSERT_EQ(qek_pool_new(table.entry_pool), freed.back().first);
+            }
+            if (at == 7) { // with bytes that no entry has
+                void *item = qek_pool_new(table.entry_pool);
+                std::memset(item, 0xFF, sizeof(qek_hash_entry));
+                qek_pool_free(table.entry_pool, item);
+                std::memset(&freed.back().second, 0xFF, sizeof(qek_hash_entry));
+            }
+            const stored_key removed = table.model.at(at);
+            const auto *entry = static_cast<const qek_hash_entry *>(removed.element);
+            freed.emplace_back(entry, *entry);
+            freed.back().second.next = nullptr;
+            text::remove(&table, removed.key);
+            table.model.erase(table.model.begin() + static_cast<std::ptrdiff_t>(at));
+            ASSERT_EQ(table.fault(), "");
+            for (const auto &[now, before] : freed) {
+                ASSERT_EQ(std::memcmp(now, &before, sizeof before), 0);
+            }
         }
     }
 }
