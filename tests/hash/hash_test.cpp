@@ -183,7 +183,7 @@ TEST(hash, leaves_freed_entries_as_they_were)
         table.entry_pool->item_size += own; // a caller's bytes behind each entry
         table.store(0, 60);
         std::vector<std::pair<const qek_hash_entry *, qek_hash_entry>> freed;
-        for (const std::size_t at : {50U, 3U, 20U, 0U, 7U}) {
+        for (const std::size_t at : {50U, 3U, 20U, 7U, 0U}) {
             if (at == 0) { // and what was freed last, once it is somebody else's
                 ASSERT_EQ(qek_pool_new(table.entry_pool), freed.back().first);
             }
