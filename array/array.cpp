@@ -193,10 +193,10 @@ void clone(const qek_array &source, qek_array &target, qek_pool *source_aux, qek
 class text_ranks {
   public:
     static constexpr bool ranks_decide = false;
-    static constexpr std::uint64_t no_rank = 0;
+    using number = std::uint64_t;
 
     text_ranks(const qek_stream &keys, bool ascending) noexcept
-        : keys_(&keys), mask_(ascending ? 0 : ~no_rank)
+        : keys_(&keys), mask_(ascending ? 0 : ~number{0})
     {
     }
 

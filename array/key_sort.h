@@ -161,7 +161,7 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
         return this->settle(next, up, down, mid);
     }
 
-    bool is_above(std::int32_t at, const Slot &pivot, decltype(Keys::no_rank) rank) const noexcept
+    bool is_above(std::int32_t at, const Slot &pivot, typename Keys::number rank) const noexcept
     {
         const Slot &slot = this->slots_[at];
         const auto of_slot = keys_.rank(slot);
@@ -250,7 +250,7 @@ void sort_by_keys(Slot *slots, std::int32_t count, const Keys &keys) noexcept
 // Slots with a number as key, in unsigned order; a mask of all ones turns the direction.
 template <typename Key> struct number_ranks {
     static constexpr bool ranks_decide = true;
-    static constexpr Key no_rank = 0;
+    using number = Key;
 
     Key mask;
 

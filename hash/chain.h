@@ -39,7 +39,7 @@
 namespace qek::hash {
 
 inline constexpr std::int32_t first_bucket_count = 4;
-inline constexpr std::int32_t buckets_ahead = 8;
+inline constexpr std::int64_t buckets_ahead = 8;
 
 template <typename Entry> Entry *head_of(const qek_arrays &buckets, std::int32_t bucket) noexcept
 {

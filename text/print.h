@@ -25,15 +25,15 @@
 namespace qek::number {
 
 struct digit_pairs {
-    char of[200];
+    char of[100][2];
 };
 
 constexpr digit_pairs make_digit_pairs() noexcept
 {
     digit_pairs pairs{};
     for (int pair = 0; pair < 100; ++pair) {
-        pairs.of[2 * pair] = static_cast<char>('0' + pair / 10);
-        pairs.of[2 * pair + 1] = static_cast<char>('0' + pair % 10);
+        pairs.of[pair][0] = static_cast<char>('0' + pair / 10);
+        pairs.of[pair][1] = static_cast<char>('0' + pair % 10);
     }
     return pairs;
 }
@@ -67,7 +67,7 @@ class printed {
     void put_pair(std::uint32_t pair) noexcept
     {
         from_ -= 2;
-        std::memcpy(text_ + from_, two_digits.of + 2 * pair, 2);
+        std::memcpy(text_ + from_, two_digits.of[pair], 2);
     }
 
     // From the last digit to the first.
