@@ -25,8 +25,9 @@ ctest --test-dir "$build" --output-on-failure -j "$(nproc)"
 # The folders of the objects are named, so that cmake's own trials are not looked at.
 rm -rf "$report"
 mkdir -p "$report"
-cd "$root"
-gcovr --root . --filter '(base|stream|text|pool|array|bits|hash|btree|list|tree)/' \
+cd "$build" # where gcov leaves files while it works
+gcovr --root "$root" \
+    --filter "$root/(base|stream|text|pool|array|bits|hash|btree|list|tree)/" \
     --exclude-throw-branches --exclude-unreachable-branches \
     --html-details "$report/index.html" --txt "$report/lines.txt" --print-summary \
     "$build"/CMakeFiles/*.dir "$build"/tests/CMakeFiles/*.dir | tee "$report/summary.txt"
