@@ -44,6 +44,8 @@ target_compile_options(qek_test_objects PRIVATE $<$<CONFIG:Release>:-O1>)
 add_executable(qek_tests ../fuzz/main.cpp ${watched})
 target_link_libraries(qek_tests PRIVATE qek_test_objects ${watched})
 target_link_options(qek_tests PRIVATE ${QEK_TEST_LINK_OPTIONS})
+file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/objects.txt
+    CONTENT "$<JOIN:$<FILTER:$<TARGET_OBJECTS:qek_test_objects>,EXCLUDE,gch$>,\n>\n")
 gtest_discover_tests(qek_tests DISCOVERY_TIMEOUT 120)
 file(GLOB inputs CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/fuzz/corpus/*/*)
 add_test(NAME fuzz.corpus COMMAND qek_tests ${inputs})
