@@ -3,7 +3,16 @@
 
 #include "stream/crc.h"
 
-#if defined(__x86_64__) && defined(__GLIBC__)
+// Two sanitizers need their own start before anything runs, and the choice is made before that.
+#if defined(__SANITIZE_THREAD__)
+#define QEK_STARTS_LATE
+#elif defined(__has_feature)
+#if __has_feature(memory_sanitizer) || __has_feature(thread_sanitizer)
+#define QEK_STARTS_LATE
+#endif
+#endif
+
+#if defined(__x86_64__) && defined(__GLIBC__) && !defined(QEK_STARTS_LATE)
 
 #include <cpuid.h>
 #include <immintrin.h>
