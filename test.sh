@@ -9,7 +9,8 @@ usage: ./test.sh [--all | --trust | --soak | --platform NAME]
 
 Sets up what is missing, builds below build/, and runs every test. The last line counts the tests.
 
-  --all            every row that can run here; a table of them stands before the last line
+  --all            every row that can run here, but for those that only --trust has; a table of them
+                   stands before the last line
   --trust          the rows that say how far the library can be trusted; the table shows what was
                    found, what was aimed at, and the command (docs/testing.md explains each)
   --soak           200 million random operations over all families, by hand, as it takes long

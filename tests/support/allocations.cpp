@@ -26,8 +26,8 @@ struct watch {
 
 watch current;
 
-// All calls of the whole run, so that runs of differently built libraries can be compared, and the
-// blocks that were not given back, of which no test may leave any.
+// All calls of the whole run, told at its end for whoever compares two runs, and the blocks that were
+// not given back, of which no test may leave any.
 std::uint64_t calls, digest;
 long blocks;
 struct report : testing::EmptyTestEventListener {
