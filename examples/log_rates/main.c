@@ -3,18 +3,17 @@
  *
  * log_rates [--live]: reads a log from standard input as it grows, and counts the lines and the
  * errors of the last minutes. A line is `2026-03-01T12:00:05 LEVEL anything`, an error is one of
- * level ERROR. With --live the table is drawn afresh with each new minute (tail -f LOG | ...).
+ * level ERROR. With --live the table is drawn afresh whenever lines came in (tail -f LOG | ...).
  */
 #include <qek_std.h>
 #include <stdio.h>
 #include <string.h>
 #include <time.h>
+#include <unistd.h>
 
 enum {
     minutes_shown = 5,
-    minutes_per_day = 1440,
-    longest_bar = 40,
-    last_year = 2199
+    minutes_per_day = 1440
 };
 
 struct minute {
@@ -25,16 +24,8 @@ struct rates {
     qek_hashx minutes; /* minutes since 1970 -> struct minute, items of the table's own pool */
     qek_bits days;     /* days since 1970 */
     int64_t newest;    /* minute; -1 before the first line */
-    uint32_t lines, errors, unknown;
+    uint32_t lines, errors, day_count, unknown;
 };
-
-static int64_t days_since_1970(int64_t year, int64_t month, int64_t day)
-{
-    const int64_t years = month > 2 ? year : year - 1; /* those that end with February */
-    const int64_t months = month > 2 ? month - 3 : month + 9;
-    return years * 365 + years / 4 - years / 100 + years / 400 + (months * 153 + 2) / 5 + day -
-           719469;
-}
 
 /* The minute that a time stamp is in; -1 if it is none. */
 static int64_t minute_of(const qek_stringx *stamp)
@@ -44,12 +35,12 @@ static int64_t minute_of(const qek_stringx *stamp)
         uint8_t mark; /* behind it */
     } fields[] = {{0, 4, 1970, 2199, '-'}, {5, 2, 1, 12, '-'},  {8, 2, 1, 31, 'T'},
                   {11, 2, 0, 23, ':'},     {14, 2, 0, 59, ':'}, {17, 2, 0, 60, 0xFF}};
-    int64_t values[6];
+    int64_t values[6], years, months, days; /* which begin with March */
+    qek_stringx digits;
     int i;
+    qek_stringx_copy(&digits, stamp);
     for (i = 0; i < 6; i++) {
-        qek_stringx digits;
-        qek_stringx_copy(&digits, stamp);
-        qek_stringx_mid(&digits, fields[i].at, fields[i].width);
+        qek_stringx_mid_string(stamp, fields[i].at, fields[i].width, &digits);
         values[i] = qek_stringx_is_long(&digits) ? qek_stringx_get_long(&digits) : -1;
         if (digits.length != fields[i].width || values[i] < fields[i].low ||
             values[i] > fields[i].high ||
@@ -57,18 +48,16 @@ static int64_t minute_of(const qek_stringx *stamp)
             return -1; /* past the end get_at gives 0xFF */
         }
     }
-    return days_since_1970(values[0], values[1], values[2]) * minutes_per_day + values[3] * 60 +
-           values[4];
+    years = values[1] > 2 ? values[0] : values[0] - 1;
+    months = (values[1] + 9) % 12;
+    days = years * 365 + years / 4 - years / 100 + years / 400 + (153 * months + 2) / 5 + values[2];
+    return (days - 719469) * minutes_per_day + values[3] * 60 + values[4];
 }
 
 static void draw(const struct rates *rates, int clear)
 {
     char text[20];
-    uint32_t day, days = 0;
     int64_t at = rates->newest < 0 ? 0 : rates->newest - minutes_shown + 1;
-    for (day = 0; day < rates->days.size * 8; day++) {
-        days += qek_bits_find(&rates->days, day) != 0;
-    }
     printf("%sminute              lines  errors\n", clear ? "\033[H\033[J" : "");
     for (; at <= rates->newest; at++) {
         const struct minute *found =
@@ -77,51 +66,65 @@ static void draw(const struct rates *rates, int clear)
         strftime(text, sizeof text, "%Y-%m-%d %H:%M", gmtime(&seconds));
         printf("%s %8u %7u\n", text, found ? found->lines : 0, found ? found->errors : 0);
     }
-    printf("lines: %u, errors: %u, days: %u, not understood: %u\n", rates->lines, days,
-           rates->errors, rates->unknown);
+    printf("lines: %u, errors: %u, days: %u, not understood: %u\n", rates->lines, rates->errors,
+           rates->day_count, rates->unknown);
     fflush(stdout);
 }
 
-/* Counts a line; 1 if it is the first of a minute that is newer than all before. */
-static int count(struct rates *rates, const qek_string *text)
+static void count(struct rates *rates, qek_stringx *line)
 {
     qek_stringx stamp, level;
     qek_word value = 0;
-    const int64_t was = rates->newest;
+    uint32_t day, error;
     int64_t minute;
-    int32_t space;
-    qek_stringx_copy_string(&level, text);
-    qek_stringx_trim(&level);
-    qek_stringx_copy(&stamp, &level);
-    space = qek_stringx_find_char(&level, ' ');
-    qek_stringx_left(&stamp, space);
-    minute = space < 0 ? -1 : minute_of(&stamp);
+    qek_stringx_trim(line);
+    qek_stringx_copy(&stamp, line); /* these look at the same text, and are aimed at its parts */
+    qek_stringx_copy(&level, line);
+    qek_stringx_left_string(line, qek_stringx_find_char(line, ' '), &stamp);
+    minute = minute_of(&stamp);
     if (minute < 0) {
         rates->unknown++;
-        return 0;
+        return;
     }
-    qek_stringx_mid(&level, space + 1, level.length);
+    qek_stringx_mid_string(line, stamp.length, line->length, &level);
     qek_stringx_trim(&level);
-    space = qek_stringx_find_char(&level, ' ');
-    qek_stringx_left(&level, space < 0 ? level.length : space);
-    qek_hashx_set(&rates->minutes, (uint64_t)minute, &value, NULL); /* a fresh item is zero */
-    ((struct minute *)value)->lines++;
-    rates->lines++;
-    if (qek_stringx_compare(&level, "ERROR", -1) == 0) {
-        ((struct minute *)value)->errors++;
-        rates->errors++;
+    if (qek_stringx_find_char(&level, ' ') >= 0) {
+        qek_stringx_left(&level, qek_stringx_find_char(&level, ' '));
     }
-    qek_bits_insert(&rates->days, (uint32_t)(minute / minutes_per_day), 1);
-    rates->newest = minute > was ? minute : was;
-    return minute > was;
+    qek_hashx_set(&rates->minutes, (uint64_t)minute, &value, NULL); /* a fresh item is zero */
+    error = qek_stringx_compare(&level, "ERROR", -1) == 0;
+    ((struct minute *)value)->lines++;
+    ((struct minute *)value)->errors += error;
+    rates->lines++;
+    rates->errors += error;
+    day = (uint32_t)(minute / minutes_per_day);
+    rates->day_count += qek_bits_find(&rates->days, day) == 0;
+    qek_bits_insert(&rates->days, day, 1);
+    rates->newest = minute > rates->newest ? minute : rates->newest;
+}
+
+/* Counts the lines that are whole, and keeps what is behind them. */
+static void count_lines(struct rates *rates, qek_string *text)
+{
+    qek_stringx rest, line;
+    int32_t length;
+    qek_stringx_copy_string(&rest, text);
+    while ((length = qek_stringx_find_char(&rest, '\n')) >= 0) {
+        qek_stringx_copy(&line, &rest);
+        qek_stringx_left(&line, length);
+        count(rates, &line);
+        qek_stringx_mid(&rest, length + 1, rest.length);
+    }
+    qek_string_right(text, rest.length);
 }
 
 int main(int argc, char **argv)
 {
     const int live = argc == 2 && strcmp(argv[1], "--live") == 0;
     struct rates rates = {.newest = -1};
-    qek_string line;
-    char part[256];
+    qek_string text;
+    char part[65536];
+    ssize_t got = 1;
     if (argc > 1 && !live) {
         fprintf(stderr, "usage: log_rates [--live] <LOG\n");
         return 2;
@@ -129,20 +132,17 @@ int main(int argc, char **argv)
     qek_hashx_init(&rates.minutes, 1, 1);
     rates.minutes.value_pool->item_size = sizeof(struct minute);
     qek_bits_init(&rates.days);
-    qek_string_init(&line);
-    while (fgets(part, sizeof part, stdin) != NULL) {
-        qek_string_append(&line, part, -1);
-        if (qek_string_reverse_find(&line, '\n') < 0 && !feof(stdin)) {
-            continue; /* there is more of it */
+    qek_string_init(&text);
+    while (got > 0) {
+        got = read(STDIN_FILENO, part, sizeof part); /* unlike fread it gives what is there */
+        qek_string_append(&text, got > 0 ? part : "\n", got > 0 ? (int32_t)got : text.length > 0);
+        count_lines(&rates, &text);
+        if (live || got <= 0) {
+            draw(&rates, live);
         }
-        if (count(&rates, &line) && live) {
-            draw(&rates, 1);
-        }
-        qek_string_shrink(&line, 0);
     }
-    draw(&rates, live);
-    qek_string_term(&line);
+    qek_string_term(&text);
     qek_bits_term(&rates.days);
     qek_hashx_term(&rates.minutes);
-    return ferror(stdin) ? 1 : 0;
+    return got < 0 ? 1 : 0;
 }

@@ -49,6 +49,21 @@ said() { # COMMAND...
 }
 to_full() { "$@" >/dev/full; }
 
+# A log that grows: what has come so far is in the table before more comes, in lines or in parts.
+grow() {
+    local line lines=0 part
+    coproc { ./log_rates --live; }
+    for part in '2026-03-01T12:00:05 INFO a\n2026-03-01T12:0' '1:06 ERROR b\n'; do
+        # shellcheck disable=SC2059 # with its escapes
+        printf "$part" >&"${COPROC[1]}"
+        ((++lines))
+        while read -rt 60 line <&"${COPROC[0]}" && [[ $line != "lines: $lines,"* ]]; do :; done
+        echo "$line"
+    done
+    eval "exec ${COPROC[1]}>&-"
+    wait
+}
+
 run_log_rates() {
     local log=$here/examples/log
     said ./log_rates <"$log"
@@ -56,26 +71,46 @@ run_log_rates() {
     said ./log_rates </dev/null
     head -c 300000 /dev/zero | tr '\0' x | said ./log_rates
     said ./log_rates --nope
+    grow
+}
+
+load_kept() { # FILE: what the shell says to it, and whether the keys before are still there
+    printf 'put kept 1\nload %s\nkeys' "$1" | said ./key_shell
+}
+
+# Each byte of a file changed, and the file cut behind each: what is said, and how often.
+damage() { # FILE
+    local bytes at text
+    read -ra bytes < <(od -An -v -tu1 -w9999 "$1")
+    for at in "${!bytes[@]}"; do
+        head -c "$at" "$1" >bad.keys
+        load_kept bad.keys
+        printf -v text '\\x%02x' "${bytes[@]:0:at}" $((bytes[at] ^ 1 << at % 8)) "${bytes[@]:at+1}"
+        # shellcheck disable=SC2059 # escapes
+        printf "$text" >bad.keys
+        load_kept bad.keys
+    done | sort | uniq -c
 }
 
 run_key_shell() {
-    local bytes
+    local bad
     rm -f ./*.keys
     said ./key_shell <"$here/examples/keys"
+    od -An -tx1 saved.keys
     printf 'put alpha 2\nload saved.keys\nkeys' | said ./key_shell
-    printf 'put x 1\ndelete x\nsave empty.keys\nput x 3\nload empty.keys\nkeys\nget x' | said ./key_shell
-    # Each damaged in one place: magic, an entry, the checksum; then cut.
-    for bytes in 0 9 20; do
-        { head -c $bytes saved.keys && printf '\xff' && tail -c +$((bytes + 2)) saved.keys; } >bad.keys
-        echo 'load bad.keys' | said ./key_shell
-    done
-    head -c 13 saved.keys >bad.keys
-    printf 'put kept 1\nload bad.keys\nkeys' | said ./key_shell
-    # A key that does not end, and one without a text, under checksums that are right.
-    printf 'QKVSa\x01\xc3\x56\x4c' >bad.keys
-    echo 'load bad.keys' | said ./key_shell
-    printf 'QKVSa\0\xd8\x89\x49\xa5' >bad.keys
-    echo 'load bad.keys' | said ./key_shell
+    printf 'put x 1\ndelete x\nsave empty.keys\nput x 3\nload empty.keys\nkeys\nsave /dev/full' |
+        said ./key_shell
+    load_kept .
+    damage saved.keys
+    # Under a checksum that is right: no second length; a text and a key that run past the end; a
+    # length that is cut; the longest one; one in five bytes.
+    for bad in '\x01\x59\xa2\xe4\x01' '\x01\x05ahi\x32\x79\x29\xe7' '\x07\x02ahi\x2b\xb4\xbe\xf5' \
+        '\xff\xff\xc1\xc1\x89\x67' '\xff\xff\xff\xff\xff\xff\xff\xff\xff\x01a\x81\xaa\x67\x67' \
+        '\x01\xf0\xff\xff\xff\x7fahi\x53\x9e\x34\xef'; do
+        # shellcheck disable=SC2059 # escapes
+        printf "QKVS$bad" >bad.keys
+        load_kept bad.keys
+    done | sort | uniq -c
 }
 
 run_word_index() {
