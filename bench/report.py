@@ -2,10 +2,12 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 The qek_std authors
 """report.py RESULTS [--from FILE...] [--against FILE] [--markdown] [--draw FILE]
+                  [--readme FILE]
 
 Prints the table of RESULTS, with the rows that miss their target first; --from makes RESULTS out of
 what the benchmark programs wrote. --against marks ratios that got worse by more than 15 % since FILE,
 other results of the same kind. --markdown prints the table for a document. --draw writes a picture.
+--readme puts the few rows that README shows between the marks of FILE, which wants a full run.
 
 Result: 0, also where times are bad; 1 if the sides of a row did not do the same work, or if there is
 nothing to show.
@@ -18,9 +20,10 @@ import platform
 import sys
 
 sys.dont_write_bytecode = True  # the folder of the sources stays as it is
-from rows import ROWS  # noqa: E402
+from rows import README, ROWS  # noqa: E402
 
 WORSE = 1.15
+MARKS = "<!-- figures: bench/report.py --readme -->\n", "<!-- end of figures -->\n"
 
 
 def read_programs(files):
@@ -184,6 +187,35 @@ def draw(lines, results, path):
     picture.savefig(path, metadata={"Date": None})
 
 
+def write_readme(lines, results, path):
+    """The chosen rows and a sum between the marks of a document; what is around them stays."""
+    found = {(line["row"], line["size"], line["peer"]): line for line in lines}
+    missing = [key for key in README if key not in found]
+    if missing:
+        sys.exit(f"report.py: README shows rows that were not measured: {missing}")
+    table = "\n| Work | Items | Ours | Peer | Theirs | Ratio |\n|---|---:|---:|---|---:|---:|\n"
+    for key, (work, peer) in README.items():
+        _, size, _, ours, theirs, ratio, *_ = cells(found[key], {})
+        if found[key]["ratio"] >= 100:
+            ratio = f"{found[key]['ratio']:.0f}"
+        table += f"| {work} | {size} | {ours} | {peer} | {theirs} | {ratio} |\n"
+    times = [line["ratio"] for line in lines if line["unit"] == "ns"]
+    judged = [line for line in lines if line["target"] is not None]
+    table += (
+        f"\nOf {len(times)} comparisons of times, {sum(ratio < 1 for ratio in times)} have a ratio below"
+        f" 1; of {len(judged)} targets that were set,\n{sum(not line['missed'] for line in judged)} are"
+        f" reached. {results['machine']}, {results['date']}.\n"
+    )
+    with open(path, encoding="utf-8") as file:
+        text = file.read()
+    if any(text.count(mark) != 1 for mark in MARKS):
+        sys.exit(f"report.py: {path} has no place for the figures, or more than one")
+    before, rest = text.split(MARKS[0])
+    after = rest.split(MARKS[1])[1]
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(f"{before}{MARKS[0]}{table}{MARKS[1]}{after}")
+
+
 def main():
     parser = argparse.ArgumentParser(usage=__doc__)
     parser.add_argument("results")
@@ -191,6 +223,7 @@ def main():
     parser.add_argument("--against")
     parser.add_argument("--markdown", action="store_true")
     parser.add_argument("--draw")
+    parser.add_argument("--readme")
     told = parser.parse_args()
     if told.programs:
         made = {
@@ -220,6 +253,8 @@ def main():
     print(f"; {worse} ratios worse than in {told.against}" if told.against else "")
     if told.draw:
         draw(lines, results, told.draw)
+    if told.readme:
+        write_readme(lines, results, told.readme)
     return 0 if all(line["same"] for line in lines) else 1
 
 

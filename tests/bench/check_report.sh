@@ -67,4 +67,30 @@ check "not worse than itself" \
 check "weights" prints "hash_memory 1 000 absl 50.0 B 100.0 B 0.50" -- report now weights
 check "different work is an error" fails report now unequal
 check "nothing measured is an error" fails report now empty
+
+# Results in which each row of README has half the time of its peers, or half the bytes.
+cd "$root/bench"
+python3 -Bc 'import json, rows
+entries = {}
+for row, size, peers in rows.README:
+    for side in ["ours"] + peers.split("|"):
+        figure = 50 if side == "ours" else 100
+        entries[f"{row}/{side}/{size}"] = {"bytes" if "_memory" in row else "ns": figure}
+print(json.dumps({"machine": "m", "date": "d", "entries": entries}))' >"$work/full"
+page() { printf '%s\n' head '<!-- figures: bench/report.py --readme -->' "$@"; }
+page old '<!-- end of figures -->' foot >"$work/page"
+page foot >"$work/torn"
+writes() { # RESULTS PAGE
+    python3 "$root/bench/report.py" "$work/$1" --readme "$work/$2"
+}
+written() { # the second time over the first
+    writes full page && cp "$work/page" "$work/once" && writes full page && cat "$work/page" &&
+        cmp "$work/page" "$work/once" &&
+        [[ $(<"$work/page") == head$'\n<!--'*$'-->\n\n| Work '*$'| 0.50 |\n\nOf '*$'-->\nfoot' ]] &&
+        [[ $(grep -c '| 0.50 |$' "$work/page") -ge 10 ]]
+}
+check "the rows of README" written
+check "a page that has no place for them" fails writes full torn
+check "not all of them measured" fails writes now page
+check "which leaves the page" cmp "$work/page" "$work/once"
 close_tally
