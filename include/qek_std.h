@@ -164,7 +164,7 @@ QEK_API void qek_free(void *block);
 
 /* ============================================================================================== */
 /**
- * @defgroup mem Memory ranges
+ * @defgroup mem Memory ranges (mem)
  * Counted byte ranges on the caller's memory: clear, copy, move, search, compare.
  *
  * Two of these functions decide the order of every byte-string key in the library: qek_mem_cmp()
@@ -283,7 +283,7 @@ QEK_API int32_t qek_mem_icmp(const void *a, int32_t a_size, const void *b, int32
 
 /* ============================================================================================== */
 /**
- * @defgroup str Terminated text
+ * @defgroup str Terminated text (str)
  * NUL-terminated text on the caller's memory: duplicate, trim, search, compare, with null pointers
  * allowed where the texts below say so.
  *
@@ -381,7 +381,7 @@ QEK_API int32_t qek_str_icmp(const void *a, const void *b);
 /** @} */
 /* ============================================================================================== */
 /**
- * @defgroup pool Item pool
+ * @defgroup pool Item pool (pool)
  * Fixed-size items in memory that never moves, with recycling.
  *
  * A pool takes memory in blocks of `items_per_block` items and hands out one item at a time. Freed
@@ -605,7 +605,7 @@ typedef int32_t (*qek_value_compare_fn)(qek_word left, qek_word right);
 
 /* ============================================================================================== */
 /**
- * @defgroup stream Byte stream
+ * @defgroup stream Byte stream (stream)
  * The growable byte buffer, and the serialised forms that are built in it.
  *
  * A stream is edited as a run of bytes, and written and read as a sequence of fields at a moving
@@ -1311,7 +1311,7 @@ QEK_API uint8_t qek_stream_check(const void *bytes, int32_t size);
 /** @} */
 /* ============================================================================================== */
 /**
- * @defgroup string String
+ * @defgroup string String (string)
  * The owned, growable 8-bit text: editing, searching, number conversion and substitution.
  *
  * A qek_string keeps a NUL behind its text, so that `data` goes to any routine that wants a
@@ -1887,7 +1887,7 @@ QEK_API void qek_string_format(qek_string *string, const char *format, ...);
 /** @} */
 /* ============================================================================================== */
 /**
- * @defgroup char Text slice
+ * @defgroup char Text slice (char)
  * A pointer and a length: a slice of somebody else's text, or a private copy made once.
  *
  * Put a record around a piece of text by writing its two fields, then trim it, search it, compare
@@ -2128,7 +2128,7 @@ QEK_API int32_t qek_char_find_pos(const qek_char *record, const void *text, int3
 
 /* ============================================================================================== */
 /**
- * @defgroup stringx String view
+ * @defgroup stringx String view (stringx)
  * A span of a text that somebody else owns: a base pointer, an offset and a length.
  *
  * A view never allocates, copies or writes a byte. It is narrowed in place, or aims a second view
@@ -2460,7 +2460,7 @@ QEK_API void qek_stringx_right_char(const qek_stringx *view, int32_t count, qek_
 
 /* ============================================================================================== */
 /**
- * @defgroup wchar Wide string
+ * @defgroup wchar Wide string (wchar)
  * An owned, growable text of 16-bit characters.
  *
  * The @ref string family with a wider element. A character is an unsigned 16-bit unit, whatever the
@@ -2938,7 +2938,7 @@ QEK_API void qek_wchar_right_wchar(const qek_wchar *source, int32_t count, qek_w
 
 /* ============================================================================================== */
 /**
- * @defgroup arrays Simple array
+ * @defgroup arrays Simple array (arrays)
  * A growable run of words, with binary search, sorted insertion and sorting by callback.
  *
  * The array does not know what a word means: every keyed operation takes a comparison callback,
@@ -3433,7 +3433,7 @@ QEK_API void qek_arrays_qsort_x(qek_arrays *record, void *context, int32_t ascen
 
 /* ============================================================================================== */
 /**
- * @defgroup arrayd Dword-keyed array
+ * @defgroup arrayd 32-bit-keyed array (arrayd)
  * A growable run of pairs: a 32-bit key and a word, searched and sorted without a callback.
  *
  * Growth, pool states, the release rule and the sort are those of @ref arrays. Output pointers are
@@ -3824,7 +3824,7 @@ QEK_API void qek_arrayd_to_string(const qek_arrayd *record, uint8_t separator, q
 
 /* ============================================================================================== */
 /**
- * @defgroup array Byte-string-keyed array
+ * @defgroup array Byte-string-keyed array (array)
  * A growable run of pairs whose key is a run of bytes and whose value is a word.
  *
  * It mirrors @ref arrayd, and growth, pool states, the release rule and the sort are those of
@@ -4275,7 +4275,7 @@ QEK_API void qek_array_to_string(const qek_array *record, uint8_t separator, qek
 
 /* ============================================================================================== */
 /**
- * @defgroup arrayx 64-bit-keyed array
+ * @defgroup arrayx 64-bit-keyed array (arrayx)
  * A growable run of pairs: a 64-bit key and a word, searched and sorted without a callback.
  *
  * It is @ref arrayd with a wider key and without a text form. Growth, pool states, the release rule
@@ -4634,7 +4634,7 @@ QEK_API void qek_arrayx_qsort_x(qek_arrayx *record, int32_t ascending,
 
 /* ============================================================================================== */
 /**
- * @defgroup arrayt Tiny array
+ * @defgroup arrayt Tiny array (arrayt)
  * A growable run of 32-bit numbers of which the first four stand inside the record.
  *
  * Up to four elements the array touches no heap, and needs no qek_arrayt_term(); from the fifth on
@@ -4865,7 +4865,7 @@ QEK_API void qek_arrayt_to_string(const qek_arrayt *array, uint8_t separator, qe
 
 /* ============================================================================================== */
 /**
- * @defgroup bits Bit set
+ * @defgroup bits Bit set (bits)
  * A set of numbered bits in a byte buffer that grows when a bit is written past its end. Past the
  * end every bit reads 0.
  *
@@ -4984,7 +4984,7 @@ QEK_API uint32_t qek_bits_find(const qek_bits *bits, uint32_t index);
 
 /* ============================================================================================== */
 /**
- * @defgroup hash Byte-string hash
+ * @defgroup hash Byte-string hash (hash)
  * A chained hash table from byte-string keys to one word each.
  *
  * The entry functions (`qek_hash_entry_...`) hand out entries; the others work in values. The order
@@ -5277,7 +5277,7 @@ QEK_API void qek_hash_free_all(qek_hash *hash, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup hashd 32-bit-key hash
+ * @defgroup hashd 32-bit-key hash (hashd)
  * A chained hash table from 32-bit numbers to one word each, with the key inside the entry.
  *
  * It is the design of @ref hash without key text: the same order of use, pools, bucket counts,
@@ -5519,7 +5519,7 @@ QEK_API void qek_hashd_free_all(qek_hashd *hash, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup hashx 64-bit-key hash
+ * @defgroup hashx 64-bit-key hash (hashx)
  * A chained hash table from 64-bit numbers to one word each: @ref hashd with a wider key. The
  * bucket is the 64-bit remainder `key % buckets.count`.
  *
@@ -5742,7 +5742,7 @@ QEK_API void qek_hashx_free_all(qek_hashx *hash, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup hasht 16-byte-key hash
+ * @defgroup hasht 16-byte-key hash (hasht)
  * A chained hash table from 16-byte keys, such as unique identifiers, to one word each: @ref hashd
  * with a key that is an opaque block. The key is passed by pointer and copied, so that the caller's
  * block may change after the call; two keys are equal when all 16 bytes are. A key pointer is never
@@ -5949,7 +5949,7 @@ QEK_API void qek_hasht_free_all(qek_hasht *hash, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup btree Byte-string tree
+ * @defgroup btree Byte-string tree (btree)
  * Byte-string keys in sorted order, with one word each, in a multi-way tree.
  *
  * A page holds up to 31 items and splits in two at the 32nd. All values are in the leaves. Keys
@@ -6268,7 +6268,7 @@ QEK_API void qek_btree_free_all(qek_btree *btree, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup btreed 32-bit-key tree
+ * @defgroup btreed 32-bit-key tree (btreed)
  * 32-bit numbers in sorted order, with one word each: the tree of @ref btree with the key inside
  * the node.
  *
@@ -6536,7 +6536,7 @@ QEK_API void qek_btreed_free_all(qek_btreed *btree, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup btreex 64-bit-key tree
+ * @defgroup btreex 64-bit-key tree (btreex)
  * 64-bit numbers in sorted order, with one word each: @ref btreed with a wider key.
  *
  * The field `key_type` says how keys order: 3 as signed integers (set by qek_btreex_init()), 4 as
@@ -6785,7 +6785,7 @@ QEK_API void qek_btreex_free_all(qek_btreex *btree, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup list Byte-string list
+ * @defgroup list Byte-string list (list)
  * Doubly linked entries of a byte-string key and a word, kept where the caller puts them. Nothing
  * is sorted, and a key may occur more than once.
  *
@@ -7132,7 +7132,7 @@ QEK_API void qek_list_to_string(const qek_list *list, uint8_t separator, qek_str
 
 /* ============================================================================================== */
 /**
- * @defgroup lists Simple list
+ * @defgroup lists Simple list (lists)
  * Doubly linked words, kept where the caller puts them: @ref list without keys.
  *
  * Positions and walks are those of @ref list. A position is a pointer to a node, null is past
@@ -7454,7 +7454,7 @@ QEK_API void qek_lists_free_all(qek_lists *list, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup listx Block list
+ * @defgroup listx Block list (listx)
  * A queue or stack of words, stored as a chain of blocks of up to 32 words side by side.
  *
  * Words go in and out at both ends only: there are no positions, and nothing is inserted, found or
@@ -7616,7 +7616,7 @@ QEK_API void qek_listx_free_all(qek_listx *list, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup tree General tree
+ * @defgroup tree General tree (tree)
  * An ordered tree of any shape: each entry has a word and any number of children, in the order that
  * the caller gives.
  *
@@ -7991,7 +7991,7 @@ QEK_API void qek_tree_free_all(qek_tree *tree, qek_value_fn free_value);
 
 /* ============================================================================================== */
 /**
- * @defgroup bitree Bitree
+ * @defgroup bitree Binary tree (bitree)
  * The storage half of a binary search tree: entries with links for less, greater and equal, and a
  * word.
  *

@@ -24,8 +24,9 @@ doxygen -l "$QEK_OUTPUT/layout.xml"
 sed -i -e '/<group>/,/<\/group>/{
     /<detaileddescription/d
     s/<briefdescription.*/<detaileddescription title="About"\/>/
+    /<classes/s/title=""/title="Records"/
     }' -e '/<tab type="modules"/s/title=""/title="Families"/' \
-    -e '/<tab type="structs\|<tab type="structlist/s/title=""/title="Records"/' \
+    -e '/<tab type="\(classes\|classlist\)"/s/title=""/title="Records"/' \
     -e '/<tab type="files"/s/visible="yes"/visible="no"/' "$QEK_OUTPUT/layout.xml"
 check "Doxygen reads the header without a warning" doxygen docs/reference/Doxyfile
 complete=0
