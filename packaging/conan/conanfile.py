@@ -11,7 +11,7 @@ from conan.tools.cmake import CMake, CMakeDeps, CMakeToolchain, cmake_layout
 from conan.tools.files import copy, load
 
 FILES = ("CMakeLists.txt", "LICENSE", "cmake/*", "include/*", "base/*", "stream/*", "pool/*",
-         "array/*", "bits/*", "hash/*", "btree/*", "list/*", "tree/*", "text/*")
+         "array/*", "bits/*", "hash/*", "btree/*", "list/*", "tree/*", "text/*", "debugger/*")
 
 
 class QekStd(ConanFile):
