@@ -1898,7 +1898,7 @@ QEK_API void qek_string_format(qek_string *string, const char *format, ...);
  *
  * Cost: nothing allocates but qek_char_copy(). Every call is at most linear in the slice, except
  * qek_char_find() and qek_char_find_pos() (slice times text at worst) and qek_char_get_float()
- * (quadratic in the decimals).
+ * (from the 19th decimal on, up to some 330 multiplications each).
  *
  * Take another family when: the text grows or is edited (use @ref string), or several spans of one
  * text are cut from each other (use @ref stringx).
@@ -2139,8 +2139,8 @@ QEK_API int32_t qek_char_find_pos(const qek_char *record, const void *text, int3
  * call that may move the string's buffer. It needs no end of life.
  *
  * Cost: cutting, copying and swapping take constant time. Trimming, comparing, single-byte finds
- * and number readers are linear in the span, except qek_stringx_get_float() (quadratic in the
- * decimals); finding a text is span times text at worst.
+ * and number readers are linear in the span, but qek_stringx_get_float() takes up to some 330
+ * multiplications for each decimal from the 19th on; finding a text is span times text at worst.
  *
  * Take another family when: the text is to be owned or changed (use @ref string), or one slice that
  * is trimmed and read is all that is needed (use @ref char).
@@ -2242,8 +2242,7 @@ QEK_API void qek_stringx_copy_string(qek_stringx *view, const qek_string *string
 QEK_API void qek_stringx_copy_char(qek_stringx *view, const qek_char *record);
 
 /**
- * Exchanges the three fields of two views. The same operation as qek_arrayd_swap() and
- * qek_arrayx_swap().
+ * Exchanges the three fields of two views.
  * @param a  one view
  * @param b  the other
  */
