@@ -1104,8 +1104,8 @@ QEK_API void qek_stream_set_string(qek_stream *stream, int32_t *position, const 
  * @param stream            the stream
  * @param[in,out] position  index of the prefix, not negative; moves on by 4 plus the prefix, always
  * @param target            an initialised stream other than `stream`; its content is replaced
- * @warning a prefix of 0x80000000 or more is not caught: data from an unsafe source must be tested
- *          before it is read with this call
+ * @warning a prefix of 0x80000000 or more counts as a negative number: `target` stays as it was, and
+ *          `*position` moves back. Look at the prefixes of data from an unsafe source before
  */
 QEK_API void qek_stream_get_stream(const qek_stream *stream, int32_t *position, qek_stream *target);
 
@@ -1216,8 +1216,8 @@ QEK_API void qek_stream_deflate_word(qek_stream *stream, int32_t *position, uint
 
 /**
  * Reads the word code. Only the first byte is tested against `length`: the second byte of a form
- * that is cut is read from behind it, which must lie inside the buffer. A qek_stream_expand() to
- * `length + 1` beforehand sees to that.
+ * that is cut is read from behind it, and is 0 behind the buffer. A position above `length`
+ * afterwards tells of that.
  * @param stream            the stream
  * @param[in,out] position  index of the code, not negative; moves on by the coded size, or stays if
  *                          it is not below `length`
@@ -1243,8 +1243,8 @@ QEK_API void qek_stream_deflate_dword(qek_stream *stream, int32_t *position, uin
 
 /**
  * Reads the dword code. Only the first byte is tested against `length`: the others of a form that
- * is cut are read from behind it, which must lie inside the buffer. A qek_stream_expand() to
- * `length + 3` beforehand sees to that.
+ * is cut are read from behind it, and are 0 behind the buffer. A position above `length` afterwards
+ * tells of that.
  * @param stream            the stream
  * @param[in,out] position  index of the code, not negative; moves on by the coded size, or stays if
  *                          it is not below `length`

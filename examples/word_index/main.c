@@ -5,7 +5,8 @@
  * how often each occurs and in which lines, as `harbour 3: a.txt:1 a.txt:7`. With --prefix only
  * those that begin with TEXT. A word is a run of ASCII letters and digits, in lower case, and of
  * bytes from 0x80 up, so that letters of UTF-8 stay together; behind 255 bytes a new one begins.
- * If a text cannot be read nothing is printed.
+ * If a text cannot be read nothing is printed. demo/word_index goes on from here: it saves its index,
+ * and believes nothing of one that it reads.
  */
 #include <ctype.h>
 #include <errno.h>
