@@ -198,6 +198,7 @@ def write_readme(lines, results, path):
         _, size, _, ours, theirs, ratio, *_ = cells(found[key], {})
         if found[key]["ratio"] >= 100:
             ratio = f"{found[key]['ratio']:.0f}"
+        size, ours, theirs = (text.replace(" ", "\u00a0") for text in (size, ours, theirs))
         table += f"| {work} | {size} | {ours} | {peer} | {theirs} | {ratio} |\n"
     times = [line["ratio"] for line in lines if line["unit"] == "ns"]
     judged = [line for line in lines if line["target"] is not None]
