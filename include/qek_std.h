@@ -1104,8 +1104,8 @@ QEK_API void qek_stream_set_string(qek_stream *stream, int32_t *position, const 
  * @param stream            the stream
  * @param[in,out] position  index of the prefix, not negative; moves on by 4 plus the prefix, always
  * @param target            an initialised stream other than `stream`; its content is replaced
- * @warning a prefix of 0x80000000 or more counts as a negative number: `target` stays as it was, and
- *          `*position` moves back. Look at the prefixes of data from an unsafe source before
+ * @warning a prefix of 0x80000000 or more counts as a negative number: `target` stays as it was,
+ *          and `*position` moves back. Look at the prefixes of data from an unsafe source before
  */
 QEK_API void qek_stream_get_stream(const qek_stream *stream, int32_t *position, qek_stream *target);
 
