@@ -2,9 +2,10 @@
  * SPDX-FileCopyrightText: 2026 The qek_std authors
  *
  * key_shell: keys in order, each with a text, from a line that can be edited; `help` tells how. The
- * result is 1 if a command failed. A deleted key stays in the tree with an empty text: taking it out
- * would end the links from node to node. A file is the bytes QKVS; for each key the lengths of it and
- * of its text, in the lword code of compact integers, and both; and as a dword the CRC-32 of that.
+ * result is 1 if a command failed, `load` adds to what is there, and a deleted key stays with an empty
+ * text: taking it out would end the links from node to node. A file is the bytes QKVS; for each key
+ * the lengths of it and of its text, in the lword code of compact integers, and both; at the end, as
+ * a dword, the CRC-32 of that.
  */
 #include <editline/readline.h>
 #include <errno.h>
@@ -43,8 +44,7 @@ static int save(const qek_btree *keys, const char *path)
     FILE *file;
     int32_t at, good;
     qek_stream_init(&out);
-    good = qek_stream_insert(&out, 0, "QKVS", 4);
-    for (; good && node != NULL; node = node->next) {
+    for (good = qek_stream_insert(&out, 0, "QKVS", 4); good && node != NULL; node = node->next) {
         const qek_string *text = (const qek_string *)node->value;
         good = text->length == 0 ||
                add(&out, keys->keys.data + node->key_offset, node->key_length, text);
@@ -128,7 +128,7 @@ static int obey(qek_btree *keys, char *line)
     case 'k':
         return show(keys, key == NULL ? "" : key);
     default:
-        return complain("put KEY TEXT, get KEY, delete KEY, keys [FROM], save FILE, load FILE; ^D");
+        return complain("put KEY TEXT, get KEY, delete KEY, keys [FROM], save FILE, load FILE");
     }
 }
 
