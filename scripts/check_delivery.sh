@@ -236,6 +236,8 @@ check "packages, lintian" lintian --allow-root --fail-on error,warning "$work"/d
 check "packages, $count symbols" has_symbols
 check "packages, hardened" is_hardened
 check "packages, debug information" has_debug_information
+check "packages, printers where gdb looks for them" test -f \
+    "$system/usr/share/gdb/auto-load/usr/lib/$multiarch/libqek_std.so.$version-gdb.py"
 check "packages, pkg-config" compiles_against_it
 check "packages, CMake" package system "$system/usr"
 
