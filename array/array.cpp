@@ -136,7 +136,9 @@ struct policy {
         for (std::int32_t at = first; at + 1 < in_use; ++at) {
             shift.copy(slots[at + 1], slots[at]);
         }
-        shift.run(slots + in_use - 1, smaller(in_use - first, 1)); // stands on behind the count
+        if (first < in_use) {
+            shift.run(slots + in_use - 1, 1); // stands on behind the count
+        }
         array::set_count(array, wide(array.count) - 1);
     }
 

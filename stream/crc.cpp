@@ -3,18 +3,10 @@
 
 #include "stream/crc.h"
 
-// Two sanitizers need their own start before anything runs, and the choice is made before that.
-#if defined(__SANITIZE_THREAD__)
-#define QEK_STARTS_LATE
-#elif defined(__has_feature)
-#if __has_feature(memory_sanitizer) || __has_feature(thread_sanitizer)
-#define QEK_STARTS_LATE
-#endif
-#endif
+#include "base/processor.h"
 
-#if defined(__x86_64__) && defined(__GLIBC__) && !defined(QEK_STARTS_LATE)
+#if defined(QEK_CHOOSES_AT_LOAD)
 
-#include <cpuid.h>
 #include <immintrin.h>
 
 namespace qek {
@@ -77,18 +69,9 @@ crc_by_multiplication(std::uint32_t crc, const std::uint8_t *bytes, std::int32_t
 
 } // namespace
 
-// Runs while the library is being loaded, so it holds on to nothing and calls nobody.
-#ifdef __clang__
-[[clang::no_sanitize("address", "memory", "thread", "undefined")]]
-#else
-[[gnu::no_sanitize("address", "thread", "undefined")]]
-#endif
-[[gnu::used]] run_of_crc *
-choose_crc() noexcept
+QEK_AT_LOAD [[gnu::used]] run_of_crc *choose_crc() noexcept
 {
-    unsigned int a = 0, b = 0, c = 0, d = 0;
-    __cpuid(1, a, b, c, d);
-    const bool multiplies = (c & bit_PCLMUL) != 0;
+    const bool multiplies = (processor::skills() & processor::multiplies_without_carry) != 0;
     return multiplies ? crc_by_multiplication : crc_by_words; // GCOVR_EXCL_BR_LINE: one processor
 }
 
