@@ -12,27 +12,6 @@ namespace qek {
 
 namespace {
 
-// The plain search.
-std::int32_t find_plainly(const std::uint8_t *hay, std::int32_t hay_size,
-                          const std::uint8_t *needle, std::int32_t needle_size) noexcept
-{
-    const auto rest = needle_size > 1 ? static_cast<std::size_t>(needle_size) - 1 : 0;
-    const std::int32_t last = hay_size - larger(needle_size, 0);
-    std::int32_t at = 0;
-    while (at <= last) {
-        const void *hit = std::memchr(hay + at, needle[0], static_cast<std::size_t>(last - at) + 1);
-        if (hit == nullptr) {
-            return -1;
-        }
-        at = distance(hay, hit);
-        if (std::memcmp(hay + at + 1, needle + 1, rest) == 0) {
-            return at;
-        }
-        ++at;
-    }
-    return -1;
-}
-
 constexpr std::int64_t least_to_skip = 128;
 
 // Whether the locale maps the letters of ASCII as ASCII does.
@@ -65,17 +44,18 @@ std::uint64_t difference_at(const std::uint8_t *a, const std::uint8_t *b, std::i
 {
     if constexpr (scan::is_there) {
         return scan::set_for(size).mismatch(a, b, size);
-    }
-    std::int64_t at = 0;
-    while (at < size) {
-        at = smaller(at, size - word);
-        const std::uint64_t difference = difference_at(a, b, at);
-        if (difference != 0) {
-            return at + first_of_word(difference);
+    } else {
+        std::int64_t at = 0;
+        while (at < size) {
+            at = smaller(at, size - word);
+            const std::uint64_t difference = difference_at(a, b, at);
+            if (difference != 0) {
+                return at + first_of_word(difference);
+            }
+            at += word;
         }
-        at += word;
+        return size;
     }
-    return size;
 }
 
 // Short keys are most of what is compared: two words that overlap.
@@ -130,13 +110,31 @@ std::int32_t find_bytes(const void *hay, std::int32_t hay_size, const void *need
     if (hay_size < needle_size) {
         return -1;
     }
-    if constexpr (scan::is_there) {
-        if (needle_size >= 2) {
-            return static_cast<std::int32_t>(
-                scan::find_bytes(as_bytes(hay), hay_size, as_bytes(needle), needle_size));
-        }
+    if (needle_size < 2) {
+        const std::int64_t places =
+            larger<std::int64_t>(wide(hay_size) - larger(needle_size, 0) + 1, 0);
+        const void *hit = std::memchr(hay, as_bytes(needle)[0], static_cast<std::size_t>(places));
+        return hit == nullptr ? -1 : distance(hay, hit);
     }
-    return find_plainly(as_bytes(hay), hay_size, as_bytes(needle), needle_size);
+    if constexpr (scan::is_there) {
+        return static_cast<std::int32_t>(
+            scan::find_bytes(as_bytes(hay), hay_size, as_bytes(needle), needle_size));
+    } else {
+        const std::int32_t last = hay_size - needle_size;
+        for (std::int32_t at = 0; at <= last; ++at) {
+            const std::int32_t next =
+                find_byte(as_bytes(hay) + at, last - at + 1, *as_bytes(needle));
+            if (next < 0) {
+                return -1;
+            }
+            at += next;
+            if (std::memcmp(as_bytes(hay) + at, needle, static_cast<std::size_t>(needle_size)) ==
+                0) {
+                return at;
+            }
+        }
+        return -1;
+    }
 }
 
 std::int32_t order_bytes(const void *a, std::int32_t a_size, const void *b,
