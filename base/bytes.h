@@ -44,6 +44,12 @@ template <typename Word> Word load_low_first(const std::uint8_t *bytes) noexcept
     return word;
 }
 
+inline void store_low_first(std::uint8_t *bytes, std::uint64_t word) noexcept
+{
+    word = std::endian::native == std::endian::big ? __builtin_bswap64(word) : word;
+    std::memcpy(bytes, &word, sizeof word);
+}
+
 // One to seven bytes, the first one lowest.
 inline std::uint64_t load_few(const std::uint8_t *bytes, std::int32_t size) noexcept
 {
