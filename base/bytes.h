@@ -44,9 +44,11 @@ template <typename Word> Word load_low_first(const std::uint8_t *bytes) noexcept
     return word;
 }
 
-inline void store_low_first(std::uint8_t *bytes, std::uint64_t word) noexcept
+template <typename Word> void store_low_first(std::uint8_t *bytes, Word word) noexcept
 {
-    word = std::endian::native == std::endian::big ? __builtin_bswap64(word) : word;
+    if constexpr (std::endian::native == std::endian::big) {
+        word = static_cast<Word>(__builtin_bswap64(word) >> (64 - 8 * sizeof word));
+    }
     std::memcpy(bytes, &word, sizeof word);
 }
 

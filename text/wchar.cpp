@@ -57,7 +57,7 @@ template <typename Text>
 void end_with_text(qek_wchar &string, std::int32_t from, const Text &text) noexcept
 {
     std::uint8_t bytes[number::longest_text];
-    store_low_first(bytes, 0); // a short text is written into what is there
+    store_low_first(bytes, std::uint64_t{0}); // a short text is written into what is there
     text.write(bytes, sizeof bytes);
     put_bytes(string, from, bytes, text.length());
 }
