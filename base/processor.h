@@ -48,7 +48,8 @@ QEK_AT_LOAD inline unsigned int skills() noexcept
     unsigned int a = 0, b = 0, c = 0, d = 0, last_leaf = 0, kept = 0;
     __cpuid(0, last_leaf, b, c, d);
     __cpuid(1, a, b, c, d);
-    unsigned int found = (c & needed) == needed ? multiplies_without_carry : 0U;
+    const bool multiplies = (c & needed) == needed;
+    unsigned int found = multiplies ? multiplies_without_carry : 0U;
     if ((c & bit_OSXSAVE) == 0 || last_leaf < further_leaf) {
         return found;
     }

@@ -68,16 +68,23 @@ void append_bytes(qek_wchar &string, const void *text, std::int32_t length) noex
     }
 }
 
-template <typename Number> void copy_number(qek_wchar &string, Number value) noexcept
+template <typename Text>
+void end_with_text(qek_wchar &string, std::int32_t from, const Text &text) noexcept
 {
-    const number::printed text(value);
-    put_bytes(string, 0, text.text(), text.length());
+    std::uint8_t bytes[number::longest_text];
+    store_low_first(bytes, std::uint64_t{0}); // a short text is written into what is there
+    text.write(bytes, sizeof bytes);
+    put_bytes(string, from, bytes, text.length());
 }
 
-template <typename Number> void append_number(qek_wchar &string, Number value) noexcept
+void end_with_number(qek_wchar &string, std::int32_t from, std::int64_t value) noexcept
 {
-    const number::printed text(value);
-    put_bytes(string, string.length, text.text(), text.length());
+    end_with_text(string, from, number::integer_text(value));
+}
+
+void end_with_number(qek_wchar &string, std::int32_t from, double value) noexcept
+{
+    end_with_text(string, from, number::decimal_text(value));
 }
 
 } // namespace
@@ -137,13 +144,19 @@ void qek_wchar_copy_str(qek_wchar *string, const void *text, int32_t text_length
     copy_bytes(*string, text, text_length);
 }
 
-void qek_wchar_copy_integer(qek_wchar *string, int32_t value) { copy_number(*string, value); }
+void qek_wchar_copy_integer(qek_wchar *string, int32_t value)
+{
+    end_with_number(*string, 0, std::int64_t{value});
+}
 
-void qek_wchar_copy_long(qek_wchar *string, int64_t value) { copy_number(*string, value); }
+void qek_wchar_copy_long(qek_wchar *string, int64_t value) { end_with_number(*string, 0, value); }
 
-void qek_wchar_copy_float(qek_wchar *string, float value) { copy_number(*string, value); }
+void qek_wchar_copy_float(qek_wchar *string, float value)
+{
+    end_with_number(*string, 0, double{value});
+}
 
-void qek_wchar_copy_double(qek_wchar *string, double value) { copy_number(*string, value); }
+void qek_wchar_copy_double(qek_wchar *string, double value) { end_with_number(*string, 0, value); }
 
 void qek_wchar_append(qek_wchar *string, const uint16_t *text, int32_t text_length)
 {
@@ -160,13 +173,25 @@ void qek_wchar_append_str(qek_wchar *string, const void *text, int32_t text_leng
     append_bytes(*string, text, text_length);
 }
 
-void qek_wchar_append_integer(qek_wchar *string, int32_t value) { append_number(*string, value); }
+void qek_wchar_append_integer(qek_wchar *string, int32_t value)
+{
+    end_with_number(*string, string->length, std::int64_t{value});
+}
 
-void qek_wchar_append_long(qek_wchar *string, int64_t value) { append_number(*string, value); }
+void qek_wchar_append_long(qek_wchar *string, int64_t value)
+{
+    end_with_number(*string, string->length, value);
+}
 
-void qek_wchar_append_float(qek_wchar *string, float value) { append_number(*string, value); }
+void qek_wchar_append_float(qek_wchar *string, float value)
+{
+    end_with_number(*string, string->length, double{value});
+}
 
-void qek_wchar_append_double(qek_wchar *string, double value) { append_number(*string, value); }
+void qek_wchar_append_double(qek_wchar *string, double value)
+{
+    end_with_number(*string, string->length, value);
+}
 
 uint16_t qek_wchar_get_at(const qek_wchar *string, int32_t index)
 {
