@@ -78,8 +78,7 @@ inline std::int32_t find_units(const std::uint16_t *hay, std::int32_t hay_size,
 {
     const std::int32_t last = hay_size - larger(needle_size, 0);
     if (needle_size < 2) {
-        const std::int32_t hit = find_unit(hay, last, needle[0]);
-        return hit < 0 && last >= 0 && hay[last] == needle[0] ? last : hit;
+        return find_unit(hay, wrapping_sum(last, 1), needle[0]);
     }
     if constexpr (scan::is_there) {
         const std::int64_t hit = last < 0
