@@ -13,11 +13,11 @@
 //   steps.
 //
 //   Short runs on the stack. Where no two keys of a run are equal, there is one sorted order, and
-//   any method finds it: the ranks are spread over buckets by their upper bits and straightened by
-//   insertion, in a copy. On the first equal pair the copy is dropped and the run, still untouched,
-//   takes the literal steps.
+//   any method finds it: ranks, each with its index in its lowest bits, are spread over buckets by
+//   their upper bits and straightened by insertion. When two are equal, or agree in the bits that
+//   are left of them, the run, still untouched, is divided as told.
 //
-// Together they take a third of the literal time for a million random keys. Nothing is allocated.
+// Together they take a quarter of the literal time for a million random keys. Nothing is allocated.
 //
 // `Keys` says of a slot: `rank`, an unsigned number; slots of different ranks stand as these do.
 // `order(x, y)` decides all. With `ranks_decide`, slots of equal rank are equal. `near(slots,
@@ -33,50 +33,66 @@
 
 namespace qek::array {
 
-struct ranked {
-    std::uint64_t rank;
-    std::uint32_t index;
-};
+inline constexpr std::int32_t longest_run = 1024;
+inline constexpr int index_bits = 10;
 
-inline constexpr std::int32_t longest_run = 256;
-
-// Sorts up to `longest_run` ranks that are all different; false when two are equal.
-inline bool sort_ranks(ranked *items, std::int32_t count) noexcept
+// Puts items about where they belong: by the upper bits of what tells them apart into as many
+// buckets as there are items, and where many meet in one, that one again. Each time at least five
+// bits less are left, so it goes down thirteen times at the most.
+inline void spread(std::uint64_t *items, std::uint64_t *scratch, std::int32_t count) noexcept
 {
-    std::uint64_t least = items[0].rank;
+    constexpr std::int32_t many = 32;
+    std::uint64_t least = items[0];
     std::uint64_t most = least;
     for (std::int32_t at = 1; at < count; ++at) {
-        least = items[at].rank < least ? items[at].rank : least;
-        most = items[at].rank > most ? items[at].rank : most;
+        least = items[at] < least ? items[at] : least;
+        most = items[at] > most ? items[at] : most;
     }
     const auto bits = static_cast<int>(std::bit_width(static_cast<std::uint32_t>(count) - 1));
-    const auto width = static_cast<int>(std::bit_width(most - least));
-    const int shift = width > bits ? width - bits : 0;
-    const auto bucket_of = [&](const ranked &item) { return (item.rank - least) >> shift; };
+    const int shift = larger(static_cast<int>(std::bit_width(most - least)) - bits, 0);
     std::uint16_t ends[longest_run + 1];
     std::memset(ends, 0, (std::size_t{2} << bits) + 2);
     for (std::int32_t at = 0; at < count; ++at) {
-        ++ends[bucket_of(items[at]) + 1];
+        ++ends[((items[at] - least) >> shift) + 1];
     }
+    std::int32_t largest = 0;
     for (std::int32_t bucket = 0; bucket < 1 << bits; ++bucket) {
+        largest = larger<std::int32_t>(largest, ends[bucket + 1]);
         ends[bucket + 1] = static_cast<std::uint16_t>(ends[bucket + 1] + ends[bucket]);
     }
-    ranked spread[longest_run];
     for (std::int32_t at = 0; at < count; ++at) {
-        spread[ends[bucket_of(items[at])]++] = items[at];
+        scratch[ends[(items[at] - least) >> shift]++] = items[at];
     }
-    for (std::int32_t at = 0; at < count; ++at) {
-        const ranked item = spread[at];
+    std::memcpy(items, scratch, static_cast<std::size_t>(count) * sizeof *items);
+    std::int32_t first = 0;
+    for (std::int32_t bucket = 0; largest >= many && bucket < 1 << bits; ++bucket) {
+        const std::int32_t size = ends[bucket] - first;
+        if (size >= many) {
+            spread(items + first, scratch, size);
+        }
+        first = ends[bucket];
+    }
+}
+
+// Sorts up to `longest_run` items; false when two are equal but for their lowest `index_bits`.
+inline bool sort_items(std::uint64_t *items, std::int32_t count) noexcept
+{
+    std::uint64_t scratch[longest_run];
+    spread(items, scratch, count);
+    std::uint64_t least_difference = ~std::uint64_t{0};
+    for (std::int32_t at = 1; at < count; ++at) {
+        const std::uint64_t item = items[at];
         std::int32_t to = at;
-        for (; to > 0 && items[to - 1].rank > item.rank; --to) {
+        for (; to > 0 && items[to - 1] > item; --to) {
             items[to] = items[to - 1];
         }
         items[to] = item;
-        if (to > 0 && items[to - 1].rank == item.rank) {
-            return false;
-        }
     }
-    return true;
+    for (std::int32_t at = 1; at < count; ++at) {
+        const std::uint64_t difference = (items[at] >> index_bits) - (items[at - 1] >> index_bits);
+        least_difference = difference < least_difference ? difference : least_difference;
+    }
+    return least_difference != 0;
 }
 
 template <typename Slot, typename Keys>
@@ -91,12 +107,13 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
     {
         range next{0, count - 1};
         while (true) {
-            if (next.high - next.low < longest_run) {
-                if (!sort_run(next)) {
+            const std::int32_t size = next.high - next.low + 1;
+            if (size > longest_run || !sort_run(next)) {
+                if (size <= 2 * block) {
                     literal::run(next);
+                } else if (divide(next)) {
+                    continue;
                 }
-            } else if (divide(next)) {
-                continue;
             }
             if (this->depth_ == 0) {
                 return;
@@ -113,22 +130,31 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
         Slot *const slots = this->slots_ + in.low;
         const std::int32_t count = in.high - in.low + 1;
         const Keys keys = keys_.near(slots, count);
-        ranked items[longest_run];
-        std::int32_t rising = 1;
+        std::uint64_t items[longest_run];
+        std::uint64_t least = ~std::uint64_t{0};
+        std::uint64_t most = 0;
         for (std::int32_t at = 0; at < count; ++at) {
-            items[at] = {keys.rank(slots[at]), static_cast<std::uint32_t>(at)};
-            rising += at > 0 && items[at - 1].rank < items[at].rank ? 1 : 0;
+            const std::uint64_t rank = keys.rank(slots[at]);
+            items[at] = rank;
+            least = rank < least ? rank : least;
+            most = rank > most ? rank : most;
         }
-        if (rising >= count) {
-            return true;
+        if (most - least < static_cast<std::uint32_t>(count - 1)) {
+            return false; // more keys than numbers
         }
-        if (!sort_ranks(items, count)) {
+        const int dropped =
+            larger(static_cast<int>(std::bit_width(most - least)) + index_bits - 64, 0);
+        for (std::int32_t at = 0; at < count; ++at) {
+            items[at] =
+                (items[at] - least) >> dropped << index_bits | static_cast<std::uint32_t>(at);
+        }
+        if (!sort_items(items, count)) {
             return false;
         }
         Slot copied[longest_run];
         move_units(copied, slots, count);
         for (std::int32_t at = 0; at < count; ++at) {
-            slots[at] = copied[items[at].index];
+            slots[at] = copied[items[at] % (1U << index_bits)];
         }
         return true;
     }
@@ -146,10 +172,10 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
         while (true) {
             do {
                 ++up;
-            } while (up <= high && !is_above(up, pivot, rank));
+            } while (up <= high && !is_above(keys_, this->slots_[up], pivot, rank));
             do {
                 --down;
-            } while (down > mid && is_above(down, pivot, rank));
+            } while (down > mid && is_above(keys_, this->slots_[down], pivot, rank));
             if (down < up) {
                 break;
             }
@@ -161,13 +187,13 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
         return this->settle(next, up, down, mid);
     }
 
-    bool is_above(std::int32_t at, const Slot &pivot, typename Keys::number rank) const noexcept
+    static bool is_above(const Keys &keys, const Slot &slot, const Slot &pivot,
+                         typename Keys::number rank) noexcept
     {
-        const Slot &slot = this->slots_[at];
-        const auto of_slot = keys_.rank(slot);
+        const auto of_slot = keys.rank(slot);
         if constexpr (!Keys::ranks_decide) {
             if (of_slot == rank) {
-                return keys_(slot, pivot) > 0;
+                return keys(slot, pivot) > 0;
             }
         }
         return of_slot > rank;
@@ -179,33 +205,44 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
                      const Slot &pivot) noexcept
     {
         const auto rank = keys_.rank(pivot);
+        Slot *const slots = this->slots_; // which bytes written to a list could be part of
+        const Keys keys = keys_;
         std::uint8_t lefts[block];
         std::uint8_t rights[block];
-        std::int32_t left = 0, left_end = 0;
-        std::int32_t right = 0, right_end = 0;
+        std::size_t left = 0, left_end = 0;
+        std::size_t right = 0, right_end = 0;
         while (down - up > 2 * block) {
             if (left == left_end) {
                 left = left_end = 0;
+                const Slot *const first = slots + up + 1;
+#pragma GCC unroll 4
                 for (std::int32_t at = 0; at < block; ++at) {
-                    keys_.fetch(this->slots_[up + 1 + at + block]);
+                    keys.fetch(first[at + block]);
                     lefts[left_end] = static_cast<std::uint8_t>(at);
-                    left_end += is_above(up + 1 + at, pivot, rank) ? 1 : 0;
+                    left_end += is_above(keys, first[at], pivot, rank) ? 1U : 0U;
                 }
             }
             if (right == right_end) {
                 right = right_end = 0;
+                const Slot *const first = slots + down - 1;
+#pragma GCC unroll 4
                 for (std::int32_t at = 0; at < block; ++at) {
-                    keys_.fetch(this->slots_[down - 1 - at - block]);
+                    keys.fetch(first[-at - block]);
                     rights[right_end] = static_cast<std::uint8_t>(at);
-                    right_end += is_above(down - 1 - at, pivot, rank) ? 0 : 1;
+                    right_end += is_above(keys, first[-at], pivot, rank) ? 0U : 1U;
                 }
             }
-            for (; left < left_end && right < right_end; ++left, ++right) {
-                const std::int32_t above = up + 1 + lefts[left];
-                const std::int32_t not_above = down - 1 - rights[right];
-                this->swap(above, not_above);
+            const std::size_t pairs = smaller(left_end - left, right_end - right);
+            for (std::size_t at = 0; at < pairs; ++at) {
+                const std::int32_t above = up + 1 + lefts[left + at];
+                const std::int32_t not_above = down - 1 - rights[right + at];
+                const Slot kept = slots[above];
+                slots[above] = slots[not_above];
+                slots[not_above] = kept;
                 mid = mid == not_above ? above : mid;
             }
+            left += pairs;
+            right += pairs;
             up += left == left_end ? block : 0;
             down -= right == right_end ? block : 0;
         }

@@ -44,6 +44,14 @@ template <typename Word> Word load_low_first(const std::uint8_t *bytes) noexcept
     return word;
 }
 
+template <typename Word> void store_low_first(std::uint8_t *bytes, Word word) noexcept
+{
+    if constexpr (std::endian::native == std::endian::big) {
+        word = static_cast<Word>(__builtin_bswap64(word) >> (64 - 8 * sizeof word));
+    }
+    std::memcpy(bytes, &word, sizeof word);
+}
+
 // One to seven bytes, the first one lowest.
 inline std::uint64_t load_few(const std::uint8_t *bytes, std::int32_t size) noexcept
 {

@@ -8,6 +8,8 @@
 // then, so that the locale still rules. A third of the time of a call for each byte.
 #pragma once
 
+#include "base/scan.h"
+
 #include <cctype>
 #include <cstdint>
 
@@ -18,6 +20,7 @@ namespace qek::text {
 // From -128 to 255.
 class lower_case {
   public:
+    static constexpr std::uint8_t first_to_turn = 'A';
     int of(int ch) const noexcept { return table_[ch]; }
 
   private:
@@ -26,6 +29,7 @@ class lower_case {
 
 class upper_case {
   public:
+    static constexpr std::uint8_t first_to_turn = 'a';
     int of(int ch) const noexcept { return table_[ch]; }
 
   private:
@@ -35,10 +39,12 @@ class upper_case {
 #else
 
 struct lower_case {
+    static constexpr std::uint8_t first_to_turn = 'A';
     static int of(int ch) noexcept { return std::tolower(ch); }
 };
 
 struct upper_case {
+    static constexpr std::uint8_t first_to_turn = 'a';
     static int of(int ch) noexcept { return std::toupper(ch); }
 };
 
@@ -63,8 +69,36 @@ template <typename Case> struct unit_map {
     }
 };
 
-template <typename Unit, typename Map>
-void map_units(Unit *units, std::int32_t length, Map map) noexcept
+// Whether the locale maps all bytes as ASCII does.
+template <typename Case> bool is_plain(const byte_map<Case> &map) noexcept
+{
+    int different = 0;
+    for (int byte = 0; byte <= 0xFF; ++byte) {
+        const bool turns = byte >= Case::first_to_turn && byte < Case::first_to_turn + 26;
+        different |= map(static_cast<std::uint8_t>(byte)) ^ byte ^ (turns ? 'a' - 'A' : 0);
+    }
+    return different == 0;
+}
+
+template <typename Case>
+void map_units(std::uint8_t *units, std::int32_t length, byte_map<Case> map) noexcept
+{
+    constexpr std::int32_t least_to_ask = 2048; // beside which looking at the locale is nothing
+    std::int64_t at = 0;
+    if constexpr (scan::is_there) {
+        // GCOVR_EXCL_BR_START: always, in the locale of tests
+        if (length >= least_to_ask && is_plain(map)) {
+            at = scan::best().turn_case(Case::first_to_turn, units, length);
+        }
+        // GCOVR_EXCL_BR_STOP
+    }
+    for (; at < length; ++at) {
+        units[at] = map(units[at]);
+    }
+}
+
+template <typename Case>
+void map_units(std::uint16_t *units, std::int32_t length, unit_map<Case> map) noexcept
 {
     for (std::int32_t at = 0; at < length; ++at) {
         units[at] = map(units[at]);

@@ -8,6 +8,7 @@
 
 #include "base/bytes.h"
 #include "base/letters.h"
+#include "base/scan.h"
 
 #include <cstdint>
 #include <limits>
@@ -75,15 +76,25 @@ inline std::int32_t find_units(const std::uint8_t *hay, std::int32_t hay_size,
 inline std::int32_t find_units(const std::uint16_t *hay, std::int32_t hay_size,
                                const std::uint16_t *needle, std::int32_t needle_size) noexcept
 {
-    const std::size_t rest = needle_size > 1 ? static_cast<std::size_t>(needle_size) - 1 : 0;
     const std::int32_t last = hay_size - larger(needle_size, 0);
-    for (std::int32_t at = 0; at <= last; ++at) {
-        if (hay[at] == needle[0] &&
-            std::memcmp(hay + at + 1, needle + 1, rest * sizeof *needle) == 0) {
-            return at;
-        }
+    if (needle_size < 2) {
+        return find_unit(hay, wrapping_sum(last, 1), needle[0]);
     }
-    return -1;
+    if constexpr (scan::is_there) {
+        const std::int64_t hit = last < 0
+                                     ? -1
+                                     : scan::find_pairs(as_bytes(hay), wide(hay_size) * 2,
+                                                        as_bytes(needle), wide(needle_size) * 2);
+        return static_cast<std::int32_t>(hit < 0 ? -1 : hit / 2);
+    } else {
+        const std::size_t size = static_cast<std::size_t>(needle_size) * sizeof *needle;
+        for (std::int32_t at = 0; at <= last; ++at) {
+            if (hay[at] == needle[0] && std::memcmp(hay + at, needle, size) == 0) {
+                return at;
+            }
+        }
+        return -1;
+    }
 }
 
 inline std::int32_t find_terminated(const std::uint8_t *hay, const std::uint8_t *needle) noexcept

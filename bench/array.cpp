@@ -32,20 +32,48 @@ template <typename Key, shape of> std::vector<Key> numbers(std::int64_t count)
     return made;
 }
 
-// Our arrays, with their unsorted slots beside them to start each sort from.
+// Slots to start each sort from: some in one order after another, since the processor would learn
+// the branches of a thousand slots that always stand in the same one.
+template <typename Slot> class unsorted_slots {
+  public:
+    void assign(const Slot *slots, std::int64_t count, bool shuffled)
+    {
+        std::mt19937_64 random(seed);
+        count_ = static_cast<std::size_t>(count);
+        const std::size_t orders = shuffled ? 1 + 100'000 / count_ : 1;
+        for (std::size_t order = 0; order < orders; ++order) {
+            slots_.insert(slots_.end(), slots, slots + count);
+            if (shuffled) {
+                std::shuffle(slots_.end() - count, slots_.end(), random);
+            }
+        }
+    }
+    void restore(Slot *slots)
+    {
+        std::copy_n(slots_.data() + next_, count_, slots);
+        next_ = (next_ + count_) % slots_.size();
+    }
+
+  private:
+    std::vector<Slot> slots_;
+    std::size_t count_ = 0;
+    std::size_t next_ = 0;
+};
+
+// Our arrays, with their unsorted slots beside them.
 template <typename Record, auto init, auto term> struct array {
     Record record;
-    std::vector<std::remove_pointer_t<decltype(Record::slots)>> unsorted;
+    unsorted_slots<std::remove_pointer_t<decltype(Record::slots)>> unsorted;
 
     array() { init(&record, 0); }
     ~array() { term(&record); }
     array(const array &) = delete;
     array &operator=(const array &) = delete;
 
-    void keep() { unsorted.assign(record.slots, record.slots + record.count); }
+    void keep(bool shuffled) { unsorted.assign(record.slots, record.count, shuffled); }
     array *restored()
     {
-        std::copy(unsorted.begin(), unsorted.end(), record.slots);
+        unsorted.restore(record.slots);
         return this;
     }
 };
@@ -72,7 +100,7 @@ void sorting(benchmark::State &state)
     for (const Key key : numbers<Key, of>(size_of(state))) {
         append(&array.record, key, ++value);
     }
-    array.keep();
+    array.keep(of != shape::sorted);
     measure(
         state, size_of(state), [&] { return array.restored(); },
         [&](Array *unsorted) {
@@ -88,16 +116,17 @@ template <typename Key, shape of> void std_sorting(benchmark::State &state)
         Key key;
         word value;
     };
-    std::vector<pair> unsorted;
+    std::vector<pair> pairs;
     word value = 0;
     for (const Key key : numbers<Key, of>(size_of(state))) {
-        unsorted.push_back({key, ++value});
+        pairs.push_back({key, ++value});
     }
-    std::vector<pair> pairs;
+    unsorted_slots<pair> unsorted;
+    unsorted.assign(pairs.data(), size_of(state), of != shape::sorted);
     measure(
         state, size_of(state),
         [&] {
-            pairs = unsorted;
+            unsorted.restore(pairs.data());
             return pairs.data();
         },
         [&](pair *first) {
@@ -114,7 +143,7 @@ void sorting_text(benchmark::State &state)
     for (const std::string_view key : keys<std::string_view>(size_of(state))) {
         qek_array_append(&array.record, key.data(), static_cast<std::int32_t>(key.size()), ++value);
     }
-    array.keep();
+    array.keep(true);
     measure(
         state, size_of(state), [&] { return array.restored(); },
         [&](array_of_text *unsorted) {
@@ -132,13 +161,15 @@ void std_sorting_text(benchmark::State &state)
     };
     const keys<std::string_view> texts(size_of(state));
     std::vector<pair> pairs;
+    for (const std::string_view key : texts) {
+        pairs.push_back({key, pairs.size() + 1});
+    }
+    unsorted_slots<pair> unsorted;
+    unsorted.assign(pairs.data(), size_of(state), true);
     measure(
         state, size_of(state),
         [&] {
-            pairs.clear();
-            for (const std::string_view key : texts) {
-                pairs.push_back({key, pairs.size() + 1});
-            }
+            unsorted.restore(pairs.data());
             return pairs.data();
         },
         [&](pair *first) {
@@ -164,7 +195,7 @@ void sorting_words(benchmark::State &state)
     for (const std::uint64_t key : keys<std::uint64_t>(size_of(state))) {
         qek_arrays_append(&array.record, key);
     }
-    array.keep();
+    array.keep(true);
     measure(
         state, size_of(state), [&] { return array.restored(); },
         [&](arrays *unsorted) {
@@ -175,12 +206,14 @@ void sorting_words(benchmark::State &state)
 
 void libc_sorting_words(benchmark::State &state)
 {
-    const keys<std::uint64_t> unsorted(size_of(state));
-    std::vector<word> words;
+    const keys<std::uint64_t> random(size_of(state));
+    std::vector<word> words(random.begin(), random.end());
+    unsorted_slots<word> unsorted;
+    unsorted.assign(words.data(), size_of(state), true);
     measure(
         state, size_of(state),
         [&] {
-            words.assign(unsorted.begin(), unsorted.end());
+            unsorted.restore(words.data());
             return words.data();
         },
         [&](word *first) {

@@ -73,11 +73,22 @@ void hand_over(const qek_bits &source, qek_bits &target) noexcept
     target = {source.data, source.size, source.size};
 }
 
-void insert(qek_bits &bits, std::uint32_t index, std::int32_t on) noexcept
+// Apart, so that a bit that is there is set without the registers that this takes.
+[[gnu::noinline]] void insert_growing(qek_bits &bits, std::uint32_t index, std::int32_t on) noexcept
 {
     const std::uint32_t at = index >> 3;
     if (expand(bits, at + 1) && bits.data != nullptr) {
         bits.data[at] = with_bit(bits.data[at], index & 7, on);
+    }
+}
+
+void insert(qek_bits &bits, std::uint32_t index, std::int32_t on) noexcept
+{
+    const std::uint32_t at = index >> 3;
+    if (at < bits.size && bits.data != nullptr) {
+        bits.data[at] = with_bit(bits.data[at], index & 7, on);
+    } else {
+        insert_growing(bits, index, on);
     }
 }
 

@@ -3,7 +3,7 @@
 # The library, shared and static, from one list of sources.
 
 set(qek_sources
-    base/bytes.cpp base/heap.cpp base/mem.cpp base/platform.cpp base/str.cpp
+    base/bytes.cpp base/heap.cpp base/mem.cpp base/platform.cpp base/scan.cpp base/str.cpp
     stream/checksum.cpp stream/compact.cpp stream/crc.cpp stream/fields.cpp stream/stream.cpp
     pool/iter.cpp pool/owned.cpp pool/pool.cpp pool/translation.cpp
     array/array.cpp array/arrayd.cpp array/arrays.cpp array/arrayt.cpp array/arrayx.cpp

@@ -29,7 +29,7 @@ inline std::uint32_t of_lowered_bytes(const std::uint8_t *bytes, std::int32_t si
         for (std::int32_t at = 0; at < count; ++at) {
             lowered[at] = lower(*bytes++);
         }
-        crc = crc_by_words(crc, lowered, count);
+        crc = crc_after(crc, lowered, count);
     }
     return crc;
 }

@@ -26,7 +26,9 @@ constexpr std::int32_t word_length(std::uint16_t value) noexcept { return value 
 
 constexpr std::int32_t dword_length(std::uint32_t value) noexcept
 {
-    return value < 0x40 ? 1 : value < 0x4000 ? 2 : value < 0x400000 ? 3 : 4;
+    return 1 + static_cast<std::int32_t>(value >= 0x40) +
+           static_cast<std::int32_t>(value >= 0x4000) +
+           static_cast<std::int32_t>(value >= 0x400000);
 }
 
 constexpr std::int32_t lword_length(std::uint64_t value) noexcept
@@ -38,29 +40,51 @@ constexpr std::int32_t lword_length(std::uint64_t value) noexcept
     return length;
 }
 
+// At most four bytes, each in one store and without a branch: those beyond the length, which no
+// processor can guess, are the last one again.
+template <std::int32_t most>
 void write_high_first(qek_stream &stream, std::int32_t &position, std::uint32_t code,
                       std::int32_t length) noexcept
 {
-    if (cursor::fits(stream, position, length)) {
-        for (std::int32_t at = 0; at < length; ++at) {
-            stream.data[position + at] = static_cast<std::uint8_t>(code >> (8 * (length - 1 - at)));
+    const std::int32_t from = position;
+    if (cursor::fits(stream, from, length)) {
+        std::uint8_t *bytes = stream.data + from;
+        const auto put = [&](std::int32_t place) {
+            const std::int32_t at = smaller(place, length - 1);
+            bytes[at] = static_cast<std::uint8_t>(code >> (8 * (length - 1 - at)));
+        };
+        put(0);
+        put(1);
+        if constexpr (most > 2) {
+            put(2);
+            put(3);
         }
     }
-    cursor::advance(position, length);
+    position = wrapping_sum(from, length);
 }
 
-// A form cut off by the length reads on into the bytes behind it; behind the buffer there are
-// zeros.
-std::uint32_t read_high_first(const qek_stream &stream, std::int32_t &position,
-                              std::int32_t length) noexcept
+// What is behind the buffer reads as zeros.
+[[gnu::noinline]] std::uint32_t read_near_end(const qek_stream &stream, std::int32_t from,
+                                              std::int32_t length) noexcept
 {
     std::uint32_t code = 0;
     for (std::int32_t at = 0; at < length; ++at) {
-        const bool held = wide(position) + at < stream.capacity;
-        code = code << 8 | (held ? stream.data[position + at] : 0U);
+        const bool held = wide(from) + at < stream.capacity;
+        code = code << 8 | (held ? stream.data[from + at] : 0U);
     }
-    cursor::advance(position, length);
     return code;
+}
+
+// A form cut off by the length reads on into the bytes behind it.
+std::uint32_t read_high_first(const qek_stream &stream, std::int32_t &position,
+                              std::int32_t length) noexcept
+{
+    const std::int32_t from = position;
+    const bool is_word_held = wide(from) + 4 <= stream.capacity;
+    position = wrapping_sum(from, length);
+    return is_word_held ? __builtin_bswap32(load_low_first<std::uint32_t>(stream.data + from)) >>
+                              (32 - 8 * length)
+                        : read_near_end(stream, from, length);
 }
 
 bool at_end(const qek_stream &stream, std::int32_t position) noexcept
@@ -71,7 +95,7 @@ bool at_end(const qek_stream &stream, std::int32_t position) noexcept
 void deflate_word(qek_stream &stream, std::int32_t &position, std::uint16_t value) noexcept
 {
     const std::int32_t length = word_length(value);
-    write_high_first(stream, position, length == 1 ? value : value | 0x8000U, length);
+    write_high_first<2>(stream, position, length == 1 ? value : value | 0x8000U, length);
 }
 
 std::uint16_t inflate_word(const qek_stream &stream, std::int32_t &position) noexcept
@@ -87,7 +111,7 @@ void deflate_dword(qek_stream &stream, std::int32_t &position, std::uint32_t val
 {
     const std::int32_t length = dword_length(value);
     const std::uint32_t marker = static_cast<std::uint32_t>(length - 1) << (8 * length - 2);
-    write_high_first(stream, position, value | marker, length);
+    write_high_first<4>(stream, position, value | marker, length);
 }
 
 std::uint32_t inflate_dword(const qek_stream &stream, std::int32_t &position) noexcept

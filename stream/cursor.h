@@ -13,15 +13,17 @@
 #pragma once
 
 #include "base/arith.h"
+#include "base/bytes.h"
 #include "qek_std.h"
 
 #include <cstdint>
 
 namespace qek::cursor {
 
+// A position below zero is, without its sign, beyond every length.
 inline bool fits(const qek_stream &stream, std::int32_t position, std::int32_t width) noexcept
 {
-    return position >= 0 && wide(position) + width <= stream.length;
+    return std::int64_t{static_cast<std::uint32_t>(position)} + width <= stream.length;
 }
 
 inline void advance(std::int32_t &position, std::int32_t by) noexcept
@@ -37,19 +39,38 @@ inline std::int32_t available(const qek_stream &stream, std::int32_t position,
     return inside ? smaller(wanted, stream.length - position) : 0;
 }
 
+// Widths that no number has are put together of two.
 template <int Width> std::uint64_t load_low_first(const std::uint8_t *bytes) noexcept
 {
-    std::uint64_t value = 0;
-    for (int at = 0; at < Width; ++at) {
-        value |= static_cast<std::uint64_t>(bytes[at]) << (8 * at);
+    if constexpr (Width == 1) {
+        return bytes[0];
+    } else if constexpr (Width == 2) {
+        return qek::load_low_first<std::uint16_t>(bytes);
+    } else if constexpr (Width == 4) {
+        return qek::load_low_first<std::uint32_t>(bytes);
+    } else if constexpr (Width == 8) {
+        return qek::load_low_first<std::uint64_t>(bytes);
+    } else {
+        constexpr int first = Width == 3 ? 2 : 4;
+        return load_low_first<first>(bytes) | load_low_first<Width - first>(bytes + first)
+                                                  << (8 * first);
     }
-    return value;
 }
 
 template <int Width> void store_low_first(std::uint8_t *bytes, std::uint64_t value) noexcept
 {
-    for (int at = 0; at < Width; ++at) {
-        bytes[at] = static_cast<std::uint8_t>(value >> (8 * at));
+    if constexpr (Width == 1) {
+        bytes[0] = static_cast<std::uint8_t>(value);
+    } else if constexpr (Width == 2) {
+        qek::store_low_first(bytes, static_cast<std::uint16_t>(value));
+    } else if constexpr (Width == 4) {
+        qek::store_low_first(bytes, static_cast<std::uint32_t>(value));
+    } else if constexpr (Width == 8) {
+        qek::store_low_first(bytes, value);
+    } else {
+        constexpr int first = Width == 3 ? 2 : 4;
+        store_low_first<first>(bytes, value);
+        store_low_first<Width - first>(bytes + first, value >> (8 * first));
     }
 }
 

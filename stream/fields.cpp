@@ -11,24 +11,26 @@ using namespace qek;
 
 namespace {
 
+// The cursor is read once, and written before the bytes: for all that the compiler knows, they might
+// lie upon it.
 template <typename Value, int Width>
 Value get_field(const qek_stream &stream, std::int32_t &position) noexcept
 {
-    std::uint64_t value = 0;
-    if (cursor::fits(stream, position, Width)) {
-        value = cursor::load_low_first<Width>(stream.data + position);
-    }
-    cursor::advance(position, Width);
-    return static_cast<Value>(value);
+    const std::int32_t at = position;
+    const bool fits = cursor::fits(stream, at, Width);
+    position = wrapping_sum(at, Width);
+    return fits ? static_cast<Value>(cursor::load_low_first<Width>(stream.data + at)) : Value{0};
 }
 
 template <int Width>
 void set_field(qek_stream &stream, std::int32_t &position, std::uint64_t value) noexcept
 {
-    if (cursor::fits(stream, position, Width)) {
-        cursor::store_low_first<Width>(stream.data + position, value);
+    const std::int32_t at = position;
+    const bool fits = cursor::fits(stream, at, Width);
+    position = wrapping_sum(at, Width);
+    if (fits) {
+        cursor::store_low_first<Width>(stream.data + at, value);
     }
-    cursor::advance(position, Width);
 }
 
 // The run behind a prefix, cut at the end of the stream. A prefix that reads as negative is wrong

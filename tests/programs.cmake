@@ -19,7 +19,7 @@ set(index ${PROJECT_SOURCE_DIR}/demo/word_index)
 add_library(qek_test_objects OBJECT
     support/allocations.cpp
     array/arrays_test.cpp array/arrayt_test.cpp array/keyed_test.cpp array/sort_test.cpp
-    base/mem_test.cpp base/str_test.cpp
+    base/mem_test.cpp base/scan_test.cpp base/str_test.cpp
     bits/bits_test.cpp
     btree/btree_test.cpp
     fault/allocation_test.cpp fault/limits_test.cpp

@@ -19,16 +19,25 @@ using buffer::string_form;
 
 namespace {
 
-template <typename Number> void copy_number(qek_string &string, Number value) noexcept
+// Puts the text of a number at `from`, where it ends the string.
+template <typename Text>
+void end_with_text(qek_string &string, std::int32_t from, const Text &text) noexcept
 {
-    const number::printed text(value);
-    buffer::copy<string_form>(string, text.text(), text.length());
+    const std::int64_t end = wide(from) + text.length();
+    if (buffer::expand<string_form>(string, end)) {
+        text.write(string.data + from, wide(string.capacity) + 1 - from);
+        string.length = static_cast<std::int32_t>(end);
+    }
 }
 
-template <typename Number> void append_number(qek_string &string, Number value) noexcept
+void end_with_number(qek_string &string, std::int32_t from, std::int64_t value) noexcept
 {
-    const number::printed text(value);
-    buffer::append<string_form>(string, text.text(), text.length());
+    end_with_text(string, from, number::integer_text(value));
+}
+
+void end_with_number(qek_string &string, std::int32_t from, double value) noexcept
+{
+    end_with_text(string, from, number::decimal_text(value));
 }
 
 const char *text_of(const qek_string &string) noexcept
@@ -115,21 +124,42 @@ void write(qek_string &string, const char *format, std::va_list &arguments) noex
 
 } // namespace
 
-void qek_string_copy_integer(qek_string *string, int32_t value) { copy_number(*string, value); }
+void qek_string_copy_integer(qek_string *string, int32_t value)
+{
+    end_with_number(*string, 0, std::int64_t{value});
+}
 
-void qek_string_copy_long(qek_string *string, int64_t value) { copy_number(*string, value); }
+void qek_string_copy_long(qek_string *string, int64_t value) { end_with_number(*string, 0, value); }
 
-void qek_string_copy_float(qek_string *string, float value) { copy_number(*string, value); }
+void qek_string_copy_float(qek_string *string, float value)
+{
+    end_with_number(*string, 0, double{value});
+}
 
-void qek_string_copy_double(qek_string *string, double value) { copy_number(*string, value); }
+void qek_string_copy_double(qek_string *string, double value)
+{
+    end_with_number(*string, 0, value);
+}
 
-void qek_string_append_integer(qek_string *string, int32_t value) { append_number(*string, value); }
+void qek_string_append_integer(qek_string *string, int32_t value)
+{
+    end_with_number(*string, string->length, std::int64_t{value});
+}
 
-void qek_string_append_long(qek_string *string, int64_t value) { append_number(*string, value); }
+void qek_string_append_long(qek_string *string, int64_t value)
+{
+    end_with_number(*string, string->length, value);
+}
 
-void qek_string_append_float(qek_string *string, float value) { append_number(*string, value); }
+void qek_string_append_float(qek_string *string, float value)
+{
+    end_with_number(*string, string->length, double{value});
+}
 
-void qek_string_append_double(qek_string *string, double value) { append_number(*string, value); }
+void qek_string_append_double(qek_string *string, double value)
+{
+    end_with_number(*string, string->length, value);
+}
 
 // Two of the readers are the runtime's, which stop at a zero byte, and two our own, which stop at
 // the length; that the two accept different texts is intended.

@@ -136,14 +136,18 @@ std::int32_t substitute(typename Form::record &text, const typename Form::unit *
     if (!result.has_room()) {
         return 0;
     }
-    std::int32_t count = 0;
-    std::int32_t hit = find_in_owned(span_of(text), find, -1, 0);
+    // The search is one for terminated text, whose end is looked for once.
     const std::int32_t skipped = measured(find, -1);
+    const span<typename Form::unit> searched = {text.data, measured(text.data, -1)};
+    const auto find_next = [&] {
+        return skipped == 0 ? find_in_owned(span_of(text), find, -1, result.done())
+                            : find_text_in(searched, find, skipped, result.done());
+    };
+    std::int32_t count = 0;
     const typename Form::unit *inserted = nullptr;
-    while (hit >= 0 && next(inserted)) {
+    for (std::int32_t hit = find_next(); hit >= 0 && next(inserted); hit = find_next()) {
         ++count;
         result.carry_over(hit, inserted, skipped);
-        hit = find_in_owned(span_of(text), find, -1, result.done());
     }
     result.carry_over_rest();
     return count;

@@ -3,16 +3,16 @@
 
 // Numbers as text, as the runtime's formatter writes them: "%ld", its 64-bit decimal, and "%f".
 //
-// Integers are written two digits at a time: a third of the formatter's time. "%f" is done here
-// where it can be done exactly: below 2^63 in size, the integer part is a shift of the mantissa,
-// and the six decimals are a product of 128 bits, rounded half to even as the formatter does it. A
-// seventh of the time. All else is the formatter's: larger numbers, those that are none, another
-// decimal point, another rounding direction, and any runtime but the one whose rounding is known.
-//
-// `printed` holds one number, long enough for every double: 309 digits, a sign, the runtime's
-// decimal point, six decimals.
+// The length is known before the text is, so that the text is written where it is to stand. Eight
+// digits are made at once in one word, and words are stored whole, one over the end of the other: a
+// fifth of the formatter's time. "%f" is done here where it can be done exactly: below 2^63 in size,
+// the integer part is a shift of the mantissa, and the six decimals are a product of 128 bits,
+// rounded half to even as the formatter does it. A fifteenth of the time. All else is the
+// formatter's: larger numbers, those that are none, another decimal point, another rounding
+// direction, and any runtime but the one whose rounding is known.
 #pragma once
 
+#include "base/bytes.h"
 #include "base/platform.h"
 #include "base/rounding.h"
 
@@ -20,80 +20,149 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <type_traits>
 
 namespace qek::number {
 
-struct digit_pairs {
-    char of[100][2];
-};
+// Every double has room: 309 digits, a sign, the runtime's decimal point, six decimals.
+inline constexpr std::int32_t longest_text = 352;
 
-constexpr digit_pairs make_digit_pairs() noexcept
+inline constexpr std::uint64_t eight_digits_more = 100000000;
+
+// The digits of a number below 10^8 as text, the first one lowest. The number is cut into fours,
+// these into pairs and these into digits, all in one word; the divisions are products, exact for
+// numbers as small as these.
+constexpr std::uint64_t eight_digits(std::uint64_t number) noexcept
 {
-    digit_pairs pairs{};
-    for (int pair = 0; pair < 100; ++pair) {
-        pairs.of[pair][0] = static_cast<char>('0' + pair / 10);
-        pairs.of[pair][1] = static_cast<char>('0' + pair % 10);
-    }
-    return pairs;
+    constexpr std::uint64_t pairs = 0x0000007F0000007F;
+    constexpr std::uint64_t digits = 0x000F000F000F000F;
+    number = number / 10000 | number % 10000 << 32;
+    const std::uint64_t hundreds = (number * 10486 >> 20) & pairs;
+    number = hundreds | (number - hundreds * 100) << 16;
+    const std::uint64_t upper = (number * 103 >> 10) & digits;
+    number = upper | (number - upper * 10) << 8;
+    return number | 0x3030303030303030;
 }
 
-inline constexpr digit_pairs two_digits = make_digit_pairs();
+// A word without its first `count` bytes; 8 are all.
+constexpr std::uint64_t without_first(std::uint64_t word, std::int32_t count) noexcept
+{
+    return word >> (4 * count) >> (4 * count);
+}
 
-class printed {
+struct ten_table {
+    std::uint64_t of[20];
+};
+
+constexpr ten_table make_tens() noexcept
+{
+    ten_table tens{{1}};
+    for (int at = 1; at < 20; ++at) {
+        tens.of[at] = tens.of[at - 1] * 10;
+    }
+    return tens;
+}
+
+inline constexpr ten_table tens = make_tens();
+
+constexpr std::int32_t count_digits(std::uint64_t number) noexcept
+{
+    const std::uint64_t at_least_one = number | 1; // passes no power of ten
+    const auto width = static_cast<std::int32_t>(std::bit_width(at_least_one));
+    const std::int32_t least = width * 1233 >> 12; // the width times log 2
+    return least + (at_least_one >= tens.of[least] ? 1 : 0);
+}
+
+// Writes the last `count` digits, up to 24. At least eight bytes may be written to, whatever the
+// count; those behind the digits become zero.
+inline void put_digits(std::uint8_t *to, std::uint64_t number, std::int32_t count) noexcept
+{
+    if (count > 8) {
+        std::uint64_t front = number / eight_digits_more;
+        if (count > 16) {
+            const std::uint64_t middle = front % eight_digits_more;
+            front /= eight_digits_more;
+            store_low_first(to, without_first(eight_digits(front), 24 - count));
+            store_low_first(to + count - 16, eight_digits(middle));
+        } else {
+            store_low_first(to, without_first(eight_digits(front), 16 - count));
+        }
+        store_low_first(to + count - 8, eight_digits(number % eight_digits_more));
+    } else {
+        store_low_first(to, without_first(eight_digits(number), 8 - count));
+    }
+}
+
+class integer_text {
   public:
-    explicit printed(std::int32_t value) noexcept { write_signed(value); }
-    explicit printed(std::int64_t value) noexcept { write_signed(value); }
-    explicit printed(float value) noexcept : printed(static_cast<double>(value)) {}
-    explicit printed(double value) noexcept
+    explicit integer_text(std::int64_t value) noexcept
+        : negative_(value < 0 ? 1 : 0), number_(static_cast<std::uint64_t>(value))
     {
-        if (!write_exactly(value)) {
-            from_ = 0;
-            end_ = std::snprintf(text_, sizeof text_, "%f", value);
+        number_ = negative_ != 0 ? 0 - number_ : number_;
+        digits_ = count_digits(number_);
+    }
+
+    std::int32_t length() const noexcept { return negative_ + digits_; }
+
+    // The text and a zero byte. What is behind them in the `room` bytes stays as it is: a text that
+    // does not fill a word, and has one to go to, is written into the word that is there.
+    void write(std::uint8_t *to, std::int64_t room) const noexcept
+    {
+        constexpr std::int32_t word = 8;
+        if (length() >= word) {
+            *to = '-';
+            put_digits(to + negative_, number_, digits_);
+            to[length()] = 0;
+            return;
+        }
+        const std::uint64_t digits = without_first(eight_digits(number_), word - digits_);
+        const std::uint64_t text = negative_ != 0 ? digits << 8 | '-' : digits;
+        if (room >= word) {
+            const std::uint64_t behind = ~std::uint64_t{0xFF} << (8 * length());
+            store_low_first(to, (load_low_first<std::uint64_t>(to) & behind) | text);
+        } else {
+            for (std::int32_t at = 0; at <= length(); ++at) {
+                to[at] = static_cast<std::uint8_t>(text >> (8 * at));
+            }
         }
     }
-
-    const std::uint8_t *text() const noexcept
-    {
-        return reinterpret_cast<const std::uint8_t *>(text_) + from_;
-    }
-    std::int32_t length() const noexcept { return end_ - from_; }
 
   private:
-    static constexpr std::int32_t size = 352;
+    std::int32_t negative_;
+    std::int32_t digits_;
+    std::uint64_t number_;
+};
 
-    void put(char ch) noexcept { text_[--from_] = ch; }
-
-    void put_pair(std::uint32_t pair) noexcept
+class decimal_text {
+  public:
+    explicit decimal_text(double value) noexcept
     {
-        from_ -= 2;
-        std::memcpy(text_ + from_, two_digits.of[pair], 2);
-    }
-
-    // From the last digit to the first.
-    template <typename Number> void put_digits(Number number) noexcept
-    {
-        for (; number >= 100; number /= 100) {
-            put_pair(static_cast<std::uint32_t>(number % 100));
-        }
-        if (number >= 10) {
-            put_pair(static_cast<std::uint32_t>(number));
-        } else {
-            put(static_cast<char>('0' + number));
+        if (!split_exactly(value)) {
+            length_ = std::snprintf(formatted_, sizeof formatted_, "%f", value);
+            digits_ = 0;
         }
     }
 
-    template <typename Number> void write_signed(Number value) noexcept
+    std::int32_t length() const noexcept { return length_; }
+
+    // The same. The last digit in front of the point, the point and the six decimals are a word.
+    void write(std::uint8_t *to, std::int64_t) const noexcept
     {
-        const auto bits = static_cast<std::make_unsigned_t<Number>>(value);
-        put_digits(value < 0 ? 0 - bits : bits);
-        if (value < 0) {
-            put('-');
+        if (digits_ == 0) {
+            std::memcpy(to, formatted_, static_cast<std::size_t>(length_) + 1);
+            return;
         }
+        const std::uint64_t end =
+            (eight_digits(decimals_) & ~std::uint64_t{0xFFFF}) | '.' << 8 | ('0' + whole_ % 10);
+        *to = '-';
+        to += length_ - digits_ - 7;
+        put_digits(to, whole_ / 10, digits_ - 1);
+        store_low_first(to + digits_ - 1, end);
+        to[digits_ + 7] = 0;
     }
 
+  private:
 #if defined(__SIZEOF_INT128__) && defined(__GLIBC__)
-    bool write_exactly(double value) noexcept
+    bool split_exactly(double value) noexcept
     {
         __extension__ using wide_product = unsigned __int128;
         constexpr std::uint32_t unit = 1000000;
@@ -119,29 +188,26 @@ class printed {
             const std::uint64_t rest = down < 64 ? mantissa - (whole << down) : mantissa;
             const wide_product product = wide_product{rest} * unit;
             const wide_product half = wide_product{1} << (down - 1);
-            decimals = static_cast<std::uint32_t>(product >> down);
-            const wide_product lost = product - (wide_product{decimals} << down);
-            decimals += lost > half || (lost == half && decimals % 2 != 0) ? 1 : 0;
+            const auto is_odd = static_cast<std::uint32_t>(product >> down) & 1U;
+            decimals = static_cast<std::uint32_t>((product + half - 1 + is_odd) >> down);
             whole += decimals == unit ? 1 : 0;
             decimals = decimals == unit ? 0 : decimals;
         }
-        put_pair(decimals % 100);
-        put_pair(decimals / 100 % 100);
-        put_pair(decimals / 10000);
-        put('.');
-        put_digits(whole);
-        if (bits >> 63 != 0) {
-            put('-');
-        }
+        whole_ = whole;
+        decimals_ = decimals;
+        digits_ = count_digits(whole);
+        length_ = static_cast<std::int32_t>(bits >> 63) + digits_ + 7;
         return true;
     }
 #else
-    static bool write_exactly(double) noexcept { return false; }
+    static bool split_exactly(double) noexcept { return false; }
 #endif
 
-    char text_[size];
-    std::int32_t from_ = size;
-    std::int32_t end_ = size;
+    std::int32_t length_ = 0;
+    std::int32_t digits_ = 0; // in front of the point; 0 where the text is the formatter's
+    std::uint64_t whole_ = 0;
+    std::uint32_t decimals_ = 0;
+    char formatted_[longest_text];
 };
 
 } // namespace qek::number

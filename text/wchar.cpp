@@ -24,15 +24,30 @@ std::uint16_t widened(std::uint8_t byte) noexcept
     return static_cast<std::uint16_t>(static_cast<std::int8_t>(byte));
 }
 
+// Eight at a time, by vectors where there are any: a fifth of the time.
+void widen(const std::uint8_t *bytes, std::int32_t count, std::uint16_t *units) noexcept
+{
+    using narrow_units [[gnu::vector_size(8)]] = std::int8_t;
+    using wide_units [[gnu::vector_size(16)]] = std::int16_t;
+    std::int32_t at = 0;
+    for (; count - at >= 8; at += 8) {
+        narrow_units eight;
+        std::memcpy(&eight, bytes + at, sizeof eight);
+        const auto widened_units = __builtin_convertvector(eight, wide_units);
+        std::memcpy(units + at, &widened_units, sizeof widened_units);
+    }
+    for (; at < count; ++at) {
+        units[at] = widened(bytes[at]);
+    }
+}
+
 // Writes the bytes behind the first `kept` units.
 void put_bytes(qek_wchar &string, std::int32_t kept, const std::uint8_t *bytes,
                std::int32_t count) noexcept
 {
     const std::int64_t length = wide(kept) + count;
     if (buffer::expand<wide_form>(string, length)) {
-        for (std::int32_t at = 0; at < count; ++at) {
-            string.data[kept + at] = widened(bytes[at]);
-        }
+        widen(bytes, count, string.data + kept);
         buffer::shrink<wide_form>(string, length);
     }
 }
@@ -53,16 +68,23 @@ void append_bytes(qek_wchar &string, const void *text, std::int32_t length) noex
     }
 }
 
-template <typename Number> void copy_number(qek_wchar &string, Number value) noexcept
+template <typename Text>
+void end_with_text(qek_wchar &string, std::int32_t from, const Text &text) noexcept
 {
-    const number::printed text(value);
-    put_bytes(string, 0, text.text(), text.length());
+    std::uint8_t bytes[number::longest_text];
+    store_low_first(bytes, std::uint64_t{0}); // a short text is written into what is there
+    text.write(bytes, sizeof bytes);
+    put_bytes(string, from, bytes, text.length());
 }
 
-template <typename Number> void append_number(qek_wchar &string, Number value) noexcept
+void end_with_number(qek_wchar &string, std::int32_t from, std::int64_t value) noexcept
 {
-    const number::printed text(value);
-    put_bytes(string, string.length, text.text(), text.length());
+    end_with_text(string, from, number::integer_text(value));
+}
+
+void end_with_number(qek_wchar &string, std::int32_t from, double value) noexcept
+{
+    end_with_text(string, from, number::decimal_text(value));
 }
 
 } // namespace
@@ -122,13 +144,19 @@ void qek_wchar_copy_str(qek_wchar *string, const void *text, int32_t text_length
     copy_bytes(*string, text, text_length);
 }
 
-void qek_wchar_copy_integer(qek_wchar *string, int32_t value) { copy_number(*string, value); }
+void qek_wchar_copy_integer(qek_wchar *string, int32_t value)
+{
+    end_with_number(*string, 0, std::int64_t{value});
+}
 
-void qek_wchar_copy_long(qek_wchar *string, int64_t value) { copy_number(*string, value); }
+void qek_wchar_copy_long(qek_wchar *string, int64_t value) { end_with_number(*string, 0, value); }
 
-void qek_wchar_copy_float(qek_wchar *string, float value) { copy_number(*string, value); }
+void qek_wchar_copy_float(qek_wchar *string, float value)
+{
+    end_with_number(*string, 0, double{value});
+}
 
-void qek_wchar_copy_double(qek_wchar *string, double value) { copy_number(*string, value); }
+void qek_wchar_copy_double(qek_wchar *string, double value) { end_with_number(*string, 0, value); }
 
 void qek_wchar_append(qek_wchar *string, const uint16_t *text, int32_t text_length)
 {
@@ -145,13 +173,25 @@ void qek_wchar_append_str(qek_wchar *string, const void *text, int32_t text_leng
     append_bytes(*string, text, text_length);
 }
 
-void qek_wchar_append_integer(qek_wchar *string, int32_t value) { append_number(*string, value); }
+void qek_wchar_append_integer(qek_wchar *string, int32_t value)
+{
+    end_with_number(*string, string->length, std::int64_t{value});
+}
 
-void qek_wchar_append_long(qek_wchar *string, int64_t value) { append_number(*string, value); }
+void qek_wchar_append_long(qek_wchar *string, int64_t value)
+{
+    end_with_number(*string, string->length, value);
+}
 
-void qek_wchar_append_float(qek_wchar *string, float value) { append_number(*string, value); }
+void qek_wchar_append_float(qek_wchar *string, float value)
+{
+    end_with_number(*string, string->length, double{value});
+}
 
-void qek_wchar_append_double(qek_wchar *string, double value) { append_number(*string, value); }
+void qek_wchar_append_double(qek_wchar *string, double value)
+{
+    end_with_number(*string, string->length, value);
+}
 
 uint16_t qek_wchar_get_at(const qek_wchar *string, int32_t index)
 {

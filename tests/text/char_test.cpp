@@ -9,8 +9,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cfenv>
 #include <cstring>
+#include <numeric>
+#include <string>
 
 namespace {
 
@@ -235,6 +239,21 @@ TEST(char_slice, is_measured_when_asked)
     EXPECT_EQ(qek_char_find(&nothing, "a", 1), -1);
     EXPECT_EQ(qek_char_length(&nothing), 0);
     EXPECT_EQ(nothing.length, 0);
+}
+
+TEST(char_slice, maps_letters_in_long_texts_as_in_short_ones)
+{
+    std::string text(3001, ' ');
+    std::iota(text.begin(), text.end(), '\0');
+    for (const bool up : {false, true}) {
+        std::string mapped = text;
+        std::transform(text.begin(), text.end(), mapped.begin(), [=](char ch) {
+            return static_cast<char>(up ? std::toupper(ch) : std::tolower(ch));
+        });
+        qek_char slice{reinterpret_cast<std::uint8_t *>(text.data()), 3001};
+        (up ? qek_char_make_upper : qek_char_make_lower)(&slice);
+        EXPECT_EQ(text, mapped);
+    }
 }
 
 TEST(char_slice, owns_one_copy_and_maps_its_ascii_letters)
