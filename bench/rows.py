@@ -54,7 +54,7 @@ ROWS = {
     ],
     "btree_iterate": [Against("absl"), Against("glib")],
     "array_sort": [Against("std", by_size(TWO, 0.27, 0.33))],
-    "arrays_sort": [Against("qsort", every(0.7, M))],
+    "arrays_sort": [Against("qsort", every(0.7, M), "told steps")],
     "arrays_append": [
         Against("glib", every(0.65, K, 100 * K)),
         Against("vector"),
