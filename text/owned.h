@@ -57,10 +57,23 @@ void copy_unit(typename Form::record &text, typename Form::unit unit) noexcept
     }
 }
 
+// Apart, so that a unit that has room is stored without the registers that this takes.
+template <buffer::form Form>
+[[gnu::noinline]] void append_unit_growing(typename Form::record &text,
+                                           typename Form::unit unit) noexcept
+{
+    buffer::append<Form>(text, &unit, 1);
+}
+
 template <buffer::form Form>
 void append_unit(typename Form::record &text, typename Form::unit unit) noexcept
 {
-    buffer::append<Form>(text, &unit, 1);
+    if (text.length >= text.capacity) {
+        append_unit_growing<Form>(text, unit);
+    } else {
+        text.data[text.length] = unit;
+        Form::close(text, text.length + 1);
+    }
 }
 
 template <buffer::form Form>
