@@ -52,6 +52,12 @@ template <typename Word> void store_low_first(std::uint8_t *bytes, Word word) no
     std::memcpy(bytes, &word, sizeof word);
 }
 
+// A word without its lowest `count` bytes; 8 are all.
+constexpr std::uint64_t without_first(std::uint64_t word, std::int32_t count) noexcept
+{
+    return word >> (4 * count) >> (4 * count);
+}
+
 // One to seven bytes, the first one lowest.
 inline std::uint64_t load_few(const std::uint8_t *bytes, std::int32_t size) noexcept
 {
