@@ -223,11 +223,11 @@ void append(typename Form::record &record, const typename Form::unit *units,
             std::int32_t length) noexcept
 {
     constexpr std::int32_t few = 16 / sizeof *units;
-    if (units != nullptr && length > 0 && length <= few &&
-        length <= record.capacity - record.length) {
-        move_few(record.data + record.length, units,
+    const std::int32_t old_length = record.length;
+    if (units != nullptr && length > 0 && length <= few && length <= record.capacity - old_length) {
+        move_few(record.data + old_length, units,
                  length * static_cast<std::int32_t>(sizeof *units));
-        Form::close(record, record.length + length);
+        Form::close(record, old_length + length);
     } else {
         append_measured<Form>(record, units, length);
     }

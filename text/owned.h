@@ -68,11 +68,12 @@ template <buffer::form Form>
 template <buffer::form Form>
 void append_unit(typename Form::record &text, typename Form::unit unit) noexcept
 {
-    if (text.length >= text.capacity) {
+    const std::int32_t length = text.length;
+    if (length >= text.capacity) {
         append_unit_growing<Form>(text, unit);
     } else {
-        text.data[text.length] = unit;
-        Form::close(text, text.length + 1);
+        text.data[length] = unit;
+        Form::close(text, length + 1);
     }
 }
 
