@@ -104,13 +104,25 @@ template <storage Record> bool expand(Record &record, std::int64_t wanted) noexc
     return record.capacity >= wanted || grow(record, wanted);
 }
 
-template <storage Record> bool append(Record &record, const slot_of<Record> &slot) noexcept
+// Apart, so that a slot that has room is stored without the registers that this takes.
+template <storage Record>
+[[gnu::noinline]] bool append_growing(Record &record, slot_of<Record> slot) noexcept
 {
     if (!expand(record, wide(record.count) + 1)) {
         return false;
     }
     record.slots[record.count] = slot;
     set_count(record, wide(record.count) + 1);
+    return true;
+}
+
+template <storage Record> bool append(Record &record, const slot_of<Record> &slot) noexcept
+{
+    if (record.count >= record.capacity) {
+        return append_growing(record, slot);
+    }
+    record.slots[record.count] = slot;
+    ++record.count;
     return true;
 }
 

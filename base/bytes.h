@@ -52,6 +52,12 @@ template <typename Word> void store_low_first(std::uint8_t *bytes, Word word) no
     std::memcpy(bytes, &word, sizeof word);
 }
 
+// A word without its lowest `count` bytes; 8 are all.
+constexpr std::uint64_t without_first(std::uint64_t word, std::int32_t count) noexcept
+{
+    return word >> (4 * count) >> (4 * count);
+}
+
 // One to seven bytes, the first one lowest.
 inline std::uint64_t load_few(const std::uint8_t *bytes, std::int32_t size) noexcept
 {
@@ -84,6 +90,32 @@ inline void move_bytes(void *to, const void *from, std::int64_t count) noexcept
 {
     if (count > 0) {
         std::memmove(to, from, static_cast<std::size_t>(count));
+    }
+}
+
+template <typename Word>
+void move_ends(std::uint8_t *to, const std::uint8_t *from, std::int32_t count) noexcept
+{
+    const std::int32_t behind = count - static_cast<std::int32_t>(sizeof(Word));
+    Word first, last;
+    std::memcpy(&first, from, sizeof first);
+    std::memcpy(&last, from + behind, sizeof last);
+    std::memcpy(to, &first, sizeof first);
+    std::memcpy(to + behind, &last, sizeof last);
+}
+
+// The same for 1 to 16 bytes, without a call: two words, the second one over the end of the first.
+inline void move_few(void *to, const void *from, std::int32_t count) noexcept
+{
+    auto *const target = static_cast<std::uint8_t *>(to);
+    if (count >= 8) {
+        move_ends<std::uint64_t>(target, as_bytes(from), count);
+    } else if (count >= 4) {
+        move_ends<std::uint32_t>(target, as_bytes(from), count);
+    } else if (count >= 2) {
+        move_ends<std::uint16_t>(target, as_bytes(from), count);
+    } else {
+        *target = *as_bytes(from);
     }
 }
 

@@ -8,11 +8,13 @@
 
 namespace qek {
 
+// Next to 1, both of these are nearer to it than to a neighbour, or as near to it, which is even.
+// In each other direction, one of them goes away from it.
 inline bool rounds_to_nearest() noexcept
 {
-    const volatile double quarter_step = 0x1p-54; // of the distance from 1 to the next double
+    static const volatile double quarter_step = 0x1p-54; // of the distance to the double above 1
     const double step = quarter_step;
-    return 1.0 + step == 1.0 && 1.0 + step * 3 > 1.0;
+    return 1.0 + step == 1.0 - step;
 }
 
 } // namespace qek

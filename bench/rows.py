@@ -71,14 +71,14 @@ ROWS = {
         Against("malloc", every(0.5, M)),
         Against("boost", every(1.8, M), "open pool"),
     ],
-    "stream_fields_write": [Against("pointer", every(2.0, M))],
-    "stream_fields_read": [Against("pointer", every(2.0, M))],
+    "stream_fields_write": [Against("pointer", every(2.0, M), "call")],
+    "stream_fields_read": [Against("pointer", every(2.0, M), "call")],
     "stream_compact_write": [Against("leb128", every(1.0, M))],
     "stream_compact_read": [Against("leb128", every(1.0, M))],
     "crc32": [
         Against("libdeflate", every(1.2, 64)),
         Against("isa-l", every(1.1, KI)),
-        Against("zlib", every(0.06, MI)),
+        Against("zlib", every(0.06, MI), "multiplier"),
     ],
     "hash_key": [Against("zlib", by_size((8, 16, 24), 0.55, 0.33, 0.25))],
     "mem_chr": [Against("memchr", by_size(LENGTHS, 1.5, 1.05, 1.05))],
@@ -86,8 +86,8 @@ ROWS = {
     "mem_str": [Against("memmem", by_size(LENGTHS, 0.5, 0.4, 0.33))],
     "mem_cmp": [Against("memcmp", by_size(LENGTHS, 1.8, 1.15, 1.15))],
     "mem_icmp": [Against("strncasecmp", every(0.5, *LENGTHS))],
-    "bits_insert": [Against("boost", every(1.0, M))],
-    "bits_find": [Against("boost", every(1.0, M))],
+    "bits_insert": [Against("boost", every(1.0, M), "call")],
+    "bits_find": [Against("boost", every(1.0, M), "call")],
     "clone_hash": [Against("unordered_map", every(0.4, M))],
     "clone_hashd": [Against("unordered_map", every(0.4, M))],
     "clone_btree": [Against("map", every(0.4, M))],
@@ -117,10 +117,10 @@ for family in ("arrayd", "arrayx"):
     ROWS[f"{family}_sort_random"] = [Against("std", by_size(TWO, 0.75, 0.32))]
     ROWS[f"{family}_sort_few"] = [Against("std", every(0.3, M))]
     ROWS[f"{family}_sort_sorted"] = [Against("std", every(1.0, M))]
-for work in ("append_char", "append_16"):
+for work, limit in (("append_char", None), ("append_16", "growth")):
     ROWS[f"string_{work}"] = [
-        Against("gbytearray", every(0.45, K, 100 * K)),
-        Against("gstring", every(0.45, K, 100 * K)),
+        Against("gbytearray", every(0.45, K, 100 * K), limit),
+        Against("gstring", every(0.45, K, 100 * K), limit),
     ]
 for work in ("replace", "find", "trim", "lower"):
     ROWS[f"string_{work}"] = [

@@ -13,9 +13,8 @@
 //
 //   By carry-less multiplication, where the processor has it: registers of 128 bits run along the
 //   bytes, are folded into one, and that is divided by multiplying with a reciprocal. Up to 24 bytes
-//   the sum comes as late as by words, but with less work, so that the next one
-//   starts sooner; of a kilobyte it is an eighth of the time, and where there are
-//   registers of 512 bits, a twelfth.
+//   the sum comes as late as by words, but with less work, so that the next one starts sooner; of a
+//   kilobyte it is an eighth of the time, and where there are registers of 512 bits, a twelfth.
 //
 // The tables are worked out by the compiler and lie in the library as constant data.
 #pragma once

@@ -57,10 +57,24 @@ void copy_unit(typename Form::record &text, typename Form::unit unit) noexcept
     }
 }
 
+// Apart, so that a unit that has room is stored without the registers that this takes.
+template <buffer::form Form>
+[[gnu::noinline]] void append_unit_growing(typename Form::record &text,
+                                           typename Form::unit unit) noexcept
+{
+    buffer::append<Form>(text, &unit, 1);
+}
+
 template <buffer::form Form>
 void append_unit(typename Form::record &text, typename Form::unit unit) noexcept
 {
-    buffer::append<Form>(text, &unit, 1);
+    const std::int32_t length = text.length;
+    if (length >= text.capacity) {
+        append_unit_growing<Form>(text, unit);
+    } else {
+        text.data[length] = unit;
+        Form::close(text, length + 1);
+    }
 }
 
 template <buffer::form Form>

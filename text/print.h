@@ -15,6 +15,7 @@
 #include "base/bytes.h"
 #include "base/platform.h"
 #include "base/rounding.h"
+#include "text/tens.h"
 
 #include <bit>
 #include <cstdint>
@@ -25,8 +26,6 @@ namespace qek::number {
 
 // Every double has room: 309 digits, a sign, the runtime's decimal point, six decimals.
 inline constexpr std::int32_t longest_text = 352;
-
-inline constexpr std::uint64_t eight_digits_more = 100000000;
 
 // The digits of a number below 10^8 as text, the first one lowest. The number is cut into fours,
 // these into pairs and these into digits, all in one word; the divisions are products, exact for
@@ -43,27 +42,6 @@ constexpr std::uint64_t eight_digits(std::uint64_t number) noexcept
     return number | 0x3030303030303030;
 }
 
-// A word without its first `count` bytes; 8 are all.
-constexpr std::uint64_t without_first(std::uint64_t word, std::int32_t count) noexcept
-{
-    return word >> (4 * count) >> (4 * count);
-}
-
-struct ten_table {
-    std::uint64_t of[20];
-};
-
-constexpr ten_table make_tens() noexcept
-{
-    ten_table tens{{1}};
-    for (int at = 1; at < 20; ++at) {
-        tens.of[at] = tens.of[at - 1] * 10;
-    }
-    return tens;
-}
-
-inline constexpr ten_table tens = make_tens();
-
 constexpr std::int32_t count_digits(std::uint64_t number) noexcept
 {
     const std::uint64_t at_least_one = number | 1; // passes no power of ten
@@ -77,16 +55,16 @@ constexpr std::int32_t count_digits(std::uint64_t number) noexcept
 inline void put_digits(std::uint8_t *to, std::uint64_t number, std::int32_t count) noexcept
 {
     if (count > 8) {
-        std::uint64_t front = number / eight_digits_more;
+        std::uint64_t front = number / tens.of[8];
         if (count > 16) {
-            const std::uint64_t middle = front % eight_digits_more;
-            front /= eight_digits_more;
+            const std::uint64_t middle = front % tens.of[8];
+            front /= tens.of[8];
             store_low_first(to, without_first(eight_digits(front), 24 - count));
             store_low_first(to + count - 16, eight_digits(middle));
         } else {
             store_low_first(to, without_first(eight_digits(front), 16 - count));
         }
-        store_low_first(to + count - 8, eight_digits(number % eight_digits_more));
+        store_low_first(to + count - 8, eight_digits(number % tens.of[8]));
     } else {
         store_low_first(to, without_first(eight_digits(number), 8 - count));
     }
