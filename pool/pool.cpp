@@ -73,6 +73,15 @@ int order_by_base(const void *a, const void *b)
                            static_cast<const qek_pool_map_entry *>(b)->block_base);
 }
 
+bool is_sorted(const qek_pool_map_entry *entries, std::size_t count) noexcept
+{
+    std::size_t at = 1;
+    while (at < count && order_by_base(entries + at - 1, entries + at) < 0) {
+        ++at;
+    }
+    return at >= count;
+}
+
 void clone_items(const qek_pool &source, qek_pool &target) noexcept
 {
     const std::size_t bytes = block_size(item_block_bytes(source));
@@ -197,7 +206,9 @@ qek_pool_map_entry *map(const qek_pool &pool) noexcept
     for (std::int32_t at = 0; at < pool.items.used; ++at) {
         entries[at] = {at, pool.items.blocks[at]};
     }
-    std::qsort(entries, count, sizeof *entries, order_by_base);
+    if (!is_sorted(entries, count)) {
+        std::qsort(entries, count, sizeof *entries, order_by_base);
+    }
     return entries;
 }
 
@@ -223,12 +234,6 @@ std::int32_t get_addr(const qek_pool &pool, const qek_pool_map_entry *map, const
     offset = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(item) -
                                         reinterpret_cast<std::uintptr_t>(map[high].block_base));
     return map[high].block_index;
-}
-
-void *set_addr(const qek_pool &pool, std::int32_t block_index, std::uint32_t offset) noexcept
-{
-    return block_index < 0 ? nullptr
-                           : static_cast<std::uint8_t *>(pool.items.blocks[block_index]) + offset;
 }
 
 void *translated(const qek_pool &source, const qek_pool_map_entry *map, const void *item,

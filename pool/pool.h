@@ -113,7 +113,11 @@ qek_pool_map_entry *map(const qek_pool &pool) noexcept;
 std::int32_t get_addr(const qek_pool &pool, const qek_pool_map_entry *map, const void *item,
                       std::uint32_t &offset) noexcept;
 
-void *set_addr(const qek_pool &pool, std::int32_t block_index, std::uint32_t offset) noexcept;
+inline void *set_addr(const qek_pool &pool, std::int32_t block_index, std::uint32_t offset) noexcept
+{
+    return block_index < 0 ? nullptr
+                           : static_cast<std::uint8_t *>(pool.items.blocks[block_index]) + offset;
+}
 
 // The same item in the copy of a pool. Null stays null.
 void *translated(const qek_pool &source, const qek_pool_map_entry *map, const void *item,
