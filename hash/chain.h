@@ -102,8 +102,8 @@ template <typename Policy> struct link {
 };
 
 template <typename Policy, typename Matches>
-link<Policy> walk(const typename Policy::table &table, std::int32_t bucket,
-                  Matches matches) noexcept
+[[gnu::always_inline]] inline link<Policy> walk(const typename Policy::table &table,
+                                                std::int32_t bucket, Matches matches) noexcept
 {
     typename Policy::entry *previous = nullptr;
     auto *entry = head_of<typename Policy::entry>(table.buckets, bucket);
@@ -125,9 +125,10 @@ void set_next(typename Policy::table &table, std::int32_t bucket, typename Polic
     }
 }
 
+// Inlined by order into every function that looks up, since a call costs as much as the walk.
 template <typename Policy>
-typename Policy::entry *find(const typename Policy::table &table,
-                             const typename Policy::key &key) noexcept
+[[gnu::always_inline]] inline typename Policy::entry *find(const typename Policy::table &table,
+                                                           const typename Policy::key &key) noexcept
 {
     if (table.buckets.count < 1) {
         return nullptr;
