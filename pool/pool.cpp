@@ -118,11 +118,6 @@ void settle_items_per_block(qek_pool &pool) noexcept
     pool.items_per_block = larger(pool.items_per_block, least_items_per_block);
 }
 
-bool is_full(const qek_pool_table &table, const qek_pool &pool) noexcept
-{
-    return table.next_slot < 0 || table.next_slot >= pool.items_per_block;
-}
-
 void *take_freed(qek_pool &pool) noexcept
 {
     qek_pool_table &freed = pool.freed;
@@ -143,7 +138,7 @@ void *take_freed(qek_pool &pool) noexcept
 void *take_fresh(qek_pool &pool) noexcept
 {
     qek_pool_table &items = pool.items;
-    if (is_full(items, pool)) {
+    if (!has_room(items, pool)) {
         open_block(items, item_block_bytes(pool));
     }
     auto *base = static_cast<std::uint8_t *>(items.blocks[items.used - 1]);
@@ -159,7 +154,7 @@ void empty(qek_pool &pool) noexcept
     pool.live_count = 0;
 }
 
-void *take(qek_pool &pool) noexcept
+[[gnu::noinline]] void *take_anywhere(qek_pool &pool) noexcept
 {
     if (pool.item_size == 0) {
         return nullptr;
@@ -173,14 +168,14 @@ void *take(qek_pool &pool) noexcept
     return item;
 }
 
-void give(qek_pool &pool, void *item) noexcept
+[[gnu::noinline]] void give_anywhere(qek_pool &pool, void *item) noexcept
 {
     if (item == nullptr) {
         return;
     }
     qek_pool_table &freed = pool.freed;
     settle_items_per_block(pool);
-    if (is_full(freed, pool)) {
+    if (!has_room(freed, pool)) {
         open_block(freed, freed_block_bytes(pool));
     }
     freed_entries(freed, freed.used - 1)[freed.next_slot++] = item;

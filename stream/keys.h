@@ -57,7 +57,9 @@ template <typename Holder> run run_of(const Holder &holder) noexcept
 template <typename Holder> void store(qek_stream &keys, Holder &holder, text key) noexcept
 {
     holder.key_offset = static_cast<std::uint32_t>(keys.length);
-    buffer::append<buffer::stream_form>(keys, key.bytes, key.length);
+    if (key.bytes != nullptr) { // saves elements without a key the call
+        buffer::append<buffer::stream_form>(keys, key.bytes, key.length);
+    }
     holder.key_length = keys.length - static_cast<std::int32_t>(holder.key_offset);
 }
 
