@@ -552,12 +552,24 @@ template <typename Policy> class cloning {
         to.children.count = from.children.count;
         to.children.pool = pool_for_children(target_, to);
         for (std::int32_t at = 0; at < array::slots_in_use(from.children); ++at) {
+            fetch_page_behind(from, at);
             array::set_slot(to.children, at,
                             is_branch(from) ? copied_page(from, at, to) : copied_node(from, at));
         }
     }
 
   private:
+    // The pages that come next, while one is copied: the head of one, the slots of the one before it.
+    static void fetch_page_behind(const page &from, std::int32_t at) noexcept
+    {
+        if (is_branch(from) && at + 2 < array::slots_in_use(from.children)) {
+            const auto *slots = child<page>(from.children, at + 1)->children.slots;
+            for (std::int32_t line = 0; line < 4; ++line) {
+                __builtin_prefetch(slots + line * 8);
+            }
+            __builtin_prefetch(child<page>(from.children, at + 2));
+        }
+    }
     qek_word copied_page(const page &from, std::int32_t at, page &parent) const noexcept
     {
         const page *source = child<page>(from.children, at);
@@ -573,15 +585,18 @@ template <typename Policy> class cloning {
     {
         const node *source = child<node>(from.children, at);
         node *copy = nodes_.of(source);
-        copier_.copy(source->value, values_, copy->value);
+        if (!value_came_along_) {
+            copier_.copy(source->value, values_, copy->value);
+        }
         return pool::word_of(copy);
     }
 
     typename Policy::tree &target_;
     const pool::value_copier &copier_;
-    pool::translation pages_;
-    pool::translation nodes_;
+    pool::translation_of_nodes pages_;
+    pool::translation_of_nodes nodes_;
     pool::translation values_;
+    bool value_came_along_ = nodes_.is_made() && copier_.copies_words(values_);
 };
 
 // `copy_keys()` runs once, for a family with keys elsewhere.

@@ -102,8 +102,8 @@ template <typename Policy> struct link {
 };
 
 template <typename Policy, typename Matches>
-link<Policy> walk(const typename Policy::table &table, std::int32_t bucket,
-                  Matches matches) noexcept
+[[gnu::always_inline]] inline link<Policy> walk(const typename Policy::table &table,
+                                                std::int32_t bucket, Matches matches) noexcept
 {
     typename Policy::entry *previous = nullptr;
     auto *entry = head_of<typename Policy::entry>(table.buckets, bucket);
@@ -125,9 +125,10 @@ void set_next(typename Policy::table &table, std::int32_t bucket, typename Polic
     }
 }
 
+// Inlined by order into every function that looks up, since a call costs as much as the walk.
 template <typename Policy>
-typename Policy::entry *find(const typename Policy::table &table,
-                             const typename Policy::key &key) noexcept
+[[gnu::always_inline]] inline typename Policy::entry *find(const typename Policy::table &table,
+                                                           const typename Policy::key &key) noexcept
 {
     if (table.buckets.count < 1) {
         return nullptr;
@@ -393,6 +394,24 @@ void free_all(Table &table, qek_value_fn free_value) noexcept
     release_entries(table);
 }
 
+// Whether every slot of the entry pool that was handed out stands on one of the table's chains. As
+// many links as entries says so: a chain that got lost has no head.
+template <typename Entry, typename Table> bool fills_its_pool(const Table &table) noexcept
+{
+    const qek_pool &pool = *table.entry_pool;
+    if (pool.item_size != std::int32_t{sizeof(Entry)} || pool.items.used == 0 ||
+        pool::slots_handed_out(pool) != table.entry_count) {
+        return false;
+    }
+    std::int64_t links = 0;
+    for (std::int32_t bucket = 0; bucket < array::slots_in_use(table.buckets); ++bucket) {
+        links += table.buckets.slots[bucket] != 0 ? 1 : 0;
+    }
+    pool::for_each_slot<const Entry>(
+        pool, [&](const Entry &entry) { links += entry.next != nullptr ? 1 : 0; });
+    return links == table.entry_count;
+}
+
 // Items keep block and offset in the copied pool, so an entry's own fields arrive with the pool and
 // only its links and its value are written here. `copy_keys()` runs once, for a family with keys
 // elsewhere.
@@ -406,10 +425,19 @@ void clone(const Table &source, qek_pool *source_aux, Table &target, qek_pool *t
     copy_keys();
     array::expand(target.buckets, source.buckets.capacity);
     target.buckets.count = source.buckets.count;
-    const pool::translation entries(source.owns_entry_pool != 0, source.entry_pool,
-                                    target.entry_pool);
+    const pool::translation_of_nodes entries(source.owns_entry_pool != 0, source.entry_pool,
+                                             target.entry_pool);
     const pool::translation values(source.owns_value_pool != 0, source.value_pool,
                                    target.value_pool);
+    target.entry_count = source.entry_count;
+    if (entries.is_made() && copier.copies_words(values) && fills_its_pool<Entry>(source)) {
+        pool::for_each_slot<Entry>(*target.entry_pool,
+                                   [&](Entry &copy) { copy.next = entries.of(copy.next); });
+        for (std::int32_t bucket = 0; bucket < source.buckets.count; ++bucket) {
+            set_head(target.buckets, bucket, entries.of(head_of<Entry>(source.buckets, bucket)));
+        }
+        return;
+    }
     for (std::int32_t bucket = 0; bucket < source.buckets.count; ++bucket) {
         chain<Entry> copied;
         for (const auto *entry = head_of<Entry>(source.buckets, bucket); entry != nullptr;
@@ -420,7 +448,6 @@ void clone(const Table &source, qek_pool *source_aux, Table &target, qek_pool *t
         }
         set_head(target.buckets, bucket, copied.head());
     }
-    target.entry_count = source.entry_count;
 }
 
 } // namespace qek::hash

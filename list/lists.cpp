@@ -77,7 +77,8 @@ void clone(const qek_lists &source, qek_lists &target, qek_pool *source_aux, qek
 {
     list::share_pools(source, target);
     const pool::value_copier copier(source_aux, target_aux, clone_value);
-    const pool::translation nodes(source.owns_node_pool != 0, source.node_pool, target.node_pool);
+    const pool::translation_of_nodes nodes(source.owns_node_pool != 0, source.node_pool,
+                                           target.node_pool);
     const pool::translation values(source.owns_value_pool != 0, source.value_pool,
                                    target.value_pool);
     for (const node *at = source.head; at != nullptr; at = at->next) {

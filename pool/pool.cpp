@@ -73,6 +73,15 @@ int order_by_base(const void *a, const void *b)
                            static_cast<const qek_pool_map_entry *>(b)->block_base);
 }
 
+bool is_sorted(const qek_pool_map_entry *entries, std::size_t count) noexcept
+{
+    std::size_t at = 1;
+    while (at < count && order_by_base(entries + at - 1, entries + at) < 0) {
+        ++at;
+    }
+    return at >= count;
+}
+
 void clone_items(const qek_pool &source, qek_pool &target) noexcept
 {
     const std::size_t bytes = block_size(item_block_bytes(source));
@@ -109,11 +118,6 @@ void settle_items_per_block(qek_pool &pool) noexcept
     pool.items_per_block = larger(pool.items_per_block, least_items_per_block);
 }
 
-bool is_full(const qek_pool_table &table, const qek_pool &pool) noexcept
-{
-    return table.next_slot < 0 || table.next_slot >= pool.items_per_block;
-}
-
 void *take_freed(qek_pool &pool) noexcept
 {
     qek_pool_table &freed = pool.freed;
@@ -134,7 +138,7 @@ void *take_freed(qek_pool &pool) noexcept
 void *take_fresh(qek_pool &pool) noexcept
 {
     qek_pool_table &items = pool.items;
-    if (is_full(items, pool)) {
+    if (!has_room(items, pool)) {
         open_block(items, item_block_bytes(pool));
     }
     auto *base = static_cast<std::uint8_t *>(items.blocks[items.used - 1]);
@@ -150,7 +154,7 @@ void empty(qek_pool &pool) noexcept
     pool.live_count = 0;
 }
 
-void *take(qek_pool &pool) noexcept
+[[gnu::noinline]] void *take_anywhere(qek_pool &pool) noexcept
 {
     if (pool.item_size == 0) {
         return nullptr;
@@ -164,14 +168,14 @@ void *take(qek_pool &pool) noexcept
     return item;
 }
 
-void give(qek_pool &pool, void *item) noexcept
+[[gnu::noinline]] void give_anywhere(qek_pool &pool, void *item) noexcept
 {
     if (item == nullptr) {
         return;
     }
     qek_pool_table &freed = pool.freed;
     settle_items_per_block(pool);
-    if (is_full(freed, pool)) {
+    if (!has_room(freed, pool)) {
         open_block(freed, freed_block_bytes(pool));
     }
     freed_entries(freed, freed.used - 1)[freed.next_slot++] = item;
@@ -197,7 +201,9 @@ qek_pool_map_entry *map(const qek_pool &pool) noexcept
     for (std::int32_t at = 0; at < pool.items.used; ++at) {
         entries[at] = {at, pool.items.blocks[at]};
     }
-    std::qsort(entries, count, sizeof *entries, order_by_base);
+    if (!is_sorted(entries, count)) {
+        std::qsort(entries, count, sizeof *entries, order_by_base);
+    }
     return entries;
 }
 
@@ -223,12 +229,6 @@ std::int32_t get_addr(const qek_pool &pool, const qek_pool_map_entry *map, const
     offset = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(item) -
                                         reinterpret_cast<std::uintptr_t>(map[high].block_base));
     return map[high].block_index;
-}
-
-void *set_addr(const qek_pool &pool, std::int32_t block_index, std::uint32_t offset) noexcept
-{
-    return block_index < 0 ? nullptr
-                           : static_cast<std::uint8_t *>(pool.items.blocks[block_index]) + offset;
 }
 
 void *translated(const qek_pool &source, const qek_pool_map_entry *map, const void *item,

@@ -57,7 +57,9 @@ template <typename Holder> run run_of(const Holder &holder) noexcept
 template <typename Holder> void store(qek_stream &keys, Holder &holder, text key) noexcept
 {
     holder.key_offset = static_cast<std::uint32_t>(keys.length);
-    buffer::append<buffer::stream_form>(keys, key.bytes, key.length);
+    if (key.bytes != nullptr) { // saves elements without a key the call
+        buffer::append<buffer::stream_form>(keys, key.bytes, key.length);
+    }
     holder.key_length = keys.length - static_cast<std::int32_t>(holder.key_offset);
 }
 
@@ -77,11 +79,25 @@ template <typename Holder> void follow_removal(Holder &holder, run removed) noex
     holder.key_offset -= behind ? static_cast<std::uint32_t>(removed.length) : 0U;
 }
 
+// Most keys are short, and for them a call takes longer than the comparison: words of 8 bytes, the
+// last of which ends with the key.
 inline bool equal(text a, text b) noexcept
 {
-    return a.length == b.length &&
-           (a.length <= 0 ||
-            std::memcmp(a.bytes, b.bytes, static_cast<std::size_t>(a.length)) == 0);
+    constexpr std::int32_t word = 8;
+    if (a.length != b.length || a.length <= 0) {
+        return a.length == b.length;
+    }
+    if (a.length < word || a.length > 4 * word) {
+        return std::memcmp(a.bytes, b.bytes, static_cast<std::size_t>(a.length)) == 0;
+    }
+    const auto difference = [=](std::int32_t at) {
+        return load_high_first(a.bytes + at) ^ load_high_first(b.bytes + at);
+    };
+    std::uint64_t differences = difference(a.length - word);
+    for (std::int32_t at = 0; at < a.length - word; at += word) {
+        differences |= difference(at);
+    }
+    return differences == 0;
 }
 
 inline std::int32_t order(text a, text b, bool ignore_case) noexcept

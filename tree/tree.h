@@ -129,7 +129,7 @@ template <typename Tree> class copies {
     const Tree &source_;
     Tree &target_;
     const pool::value_copier &copier_;
-    pool::translation entries_;
+    pool::translation_of_nodes entries_;
     pool::translation values_;
 };
 

@@ -307,6 +307,23 @@ TEST(hash, shows_a_change_of_case_rules_in_look_ups_only)
     EXPECT_EQ(qek_hash_find(&table, "Q", 1) + qek_hash_insert(&table, "q", 1, 4), 0);
 }
 
+// Entries that no chain leads to, as after a growth that failed, are copied as they stand.
+TEST(hash, copies_what_got_lost_as_it_is)
+{
+    modelled<dword> source(true, false), copy(true, false);
+    source.store(0, 100);
+    const qek_word kept = std::exchange(source.buckets.slots[1], 0);
+    const auto *const lost = reinterpret_cast<const qek_hashd_entry *>(kept);
+    ASSERT_NE(lost->next, nullptr);
+    qek_hashd_clone(&source, nullptr, &copy, nullptr, nullptr);
+    const auto *first = static_cast<const qek_hashd_entry *>(source.entry_pool->items.blocks[0]);
+    const auto *copied = static_cast<const qek_hashd_entry *>(copy.entry_pool->items.blocks[0]);
+    ASSERT_LT(lost - first, 16);
+    EXPECT_EQ(copied[lost - first].next, lost->next);
+    EXPECT_EQ(copy.buckets.slots[1], 0U);
+    source.buckets.slots[1] = kept;
+}
+
 TEST(hash_DeathTest, missing_pools_fault)
 {
     if (!can_fork) {

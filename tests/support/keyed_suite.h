@@ -355,13 +355,25 @@ TYPED_TEST_P(keyed_suite, clones_own_pools_and_translates_values)
         EXPECT_EQ(source.fault() + copy.fault(), "");
         copied.clear();
     }
-    modelled<family> source(true, false), copy(true, false);
-    source.store(0, 7);
-    family::clone(&source, &source.lent_values, &copy, nullptr, note_copy);
-    EXPECT_EQ(copy.value_pool, &source.lent_values);
-    EXPECT_EQ(copy.values(), source.values());
-    EXPECT_EQ(family::slots_of(copy).capacity, family::slots_of(source).capacity);
-    EXPECT_EQ(copied.size(), 0U);
+    for (const auto &[stored, removed] : {std::pair(0, 0), {7, 0}, {700, 0}, {700, 1}}) {
+        modelled<family> source(true, false), copy(true, false);
+        source.store(0, stored);
+        if (removed != 0) {
+            family::remove(&source, source.key(7));
+            source.model.erase(source.model.begin() + 7);
+        }
+        family::clone(&source, &source.lent_values, &copy, nullptr, note_copy);
+        EXPECT_EQ(copy.value_pool, &source.lent_values);
+        EXPECT_EQ(copy.values(), source.values());
+        EXPECT_EQ(family::slots_of(copy).capacity, family::slots_of(source).capacity);
+        EXPECT_EQ(copied.size(), 0U);
+        for (const stored_key &each : source.model) {
+            copy.remember(each.key, family::get(&copy, each.key));
+            EXPECT_NE(copy.model.back().element, each.element);
+        }
+        source.is_intact = copy.is_intact = false;
+        EXPECT_EQ(source.fault() + copy.fault(), "");
+    }
 }
 
 TYPED_TEST_P(keyed_suite, swaps_all_but_the_order)
