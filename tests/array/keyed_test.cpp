@@ -163,8 +163,8 @@ template <typename Functions> struct family : Functions::record {
     }
 };
 
-// An item, or one of sixteen keys: as differences all over the range, as texts the empty one and
-// prefixes of others.
+// An item, or one of sixteen keys: as differences all over the range, as texts the empty one,
+// prefixes of others, and some that differ in case only.
 template <typename Key> Key key_of(std::uint32_t number, qek_word item)
 {
     if constexpr (std::is_same_v<Key, item_key>) {
@@ -172,7 +172,7 @@ template <typename Key> Key key_of(std::uint32_t number, qek_word item)
     } else if constexpr (std::is_same_v<Key, std::string>) {
         std::string text;
         for (std::uint32_t rest = number % 16 + 1; rest > 1; rest /= 2) {
-            text += rest % 2 != 0 ? "z" : "\xE9\xE9";
+            text += rest % 2 != 0 ? "z" : rest == 2 ? "Z" : "\xE9\xE9";
         }
         return text;
     } else {

@@ -288,6 +288,23 @@ TYPED_TEST(btree_suite, grows_the_root_again_by_the_rule_of_arrays)
     EXPECT_EQ(tree.root.children.capacity, std::max(family::slots, 8));
 }
 
+// Whatever they had: branches at every level, and leaves not.
+TYPED_TEST(btree_suite, tells_branches_their_pool_when_it_swaps)
+{
+    using family = TypeParam;
+    modelled<family> tree, other;
+    tree.store(0, family::slots * family::slots);
+    const tree_look<family> look(tree);
+    const auto page_of = [](qek_word at) { return item<typename family::page>(at); };
+    for (const qek_word at : look.pages) {
+        page_of(at)->children.pool = nullptr;
+    }
+    family::swap(&tree, &other);
+    for (const qek_word at : look.pages) {
+        EXPECT_EQ(page_of(at)->children.pool, page_of(at)->level > 0 ? other.page_pool : nullptr);
+    }
+}
+
 TEST(btree_DeathTest, missing_pools_fault)
 {
     if (!can_fork) {
@@ -363,6 +380,34 @@ TYPED_TEST(btree_key_types, search_by_halves_in_an_order_that_is_not_the_trees)
     for (const auto &[sought, is_found, nearest] : looks) {
         EXPECT_EQ(family::find(&tree, any_key::of(sought)), is_found) << sought;
         EXPECT_EQ(family::bfind(&tree, any_key::of(sought))->key, nearest) << sought;
+    }
+    random_numbers random;
+    const auto any = [&] { return static_cast<key>(random.next() * (~key{0} / 0xFFFFFFFF)); };
+    modelled<family> deep(true, true, 1);
+    for (int n = 0; n < 2000; ++n) {
+        family::insert(&deep, any_key::of(any()), 5);
+    }
+    deep.key_type = family::orders[0];
+    for (int n = 0; n < 2000; ++n) {
+        const key sought = any();
+        const auto *page = &deep.root;
+        const auto go_down = [&] {
+            const qek_arrays &of = page->children;
+            int low = 0, high = of.count - 1;
+            while (low <= high) {
+                const int mid = (low + high) / 2;
+                const key at = page->level > 0 ? item<typename family::page>(of.slots[mid])->key
+                                               : item<typename family::element>(of.slots[mid])->key;
+                const bool is_less = (at ^ lowest) < (sought ^ lowest);
+                low = at == sought ? mid : is_less ? mid + 1 : low;
+                high = at == sought ? -1 : is_less ? high : mid - 1;
+            }
+            return of.slots[std::min(low, of.count - 1)];
+        };
+        while (page->level > 0) {
+            page = item<typename family::page>(go_down());
+        }
+        ASSERT_EQ(word(family::bfind(&deep, any_key::of(sought))), go_down()) << sought;
     }
 }
 

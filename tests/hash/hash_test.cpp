@@ -239,6 +239,27 @@ TYPED_TEST(hash_suite, loses_entries_when_buckets_do_not_grow)
     EXPECT_EQ(family::find(&empty, empty.key(1)), 0);
 }
 
+// With long runs of empty buckets, as all walks look ahead.
+TYPED_TEST(hash_suite, walks_over_the_few_entries_of_a_large_table)
+{
+    using family = TypeParam;
+    for (const bool owns : {true, false}) {
+        modelled<family> table(owns, false), copy(true, false);
+        table.store(0, 300);
+        for (int n = 0; n < 300; ++n) {
+            n % 37 != 0 ? family::remove(&table, table.key(n)) : 0;
+        }
+        if (owns) {
+            family::clone(&table, nullptr, &copy, nullptr, nullptr);
+            EXPECT_EQ(copy.values(), table.values());
+        }
+        freed.clear();
+        const words values = table.values();
+        family::free_all(&table, note_free);
+        EXPECT_EQ(std::pair(freed, values.size()), std::pair(values, std::size_t{9}));
+    }
+}
+
 template <typename Family> struct hash_iteration : testing::Test {
 };
 using iterated_families = testing::Types<text, dword, qword>;
