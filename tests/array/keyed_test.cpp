@@ -546,6 +546,9 @@ TEST(arrays_of_keys, read_and_write_lists)
         EXPECT_EQ(text_of(string), as_numbers);
         EXPECT_EQ(tuple(text_keys.count, number_keys.count, elements.count),
                   tuple(count, count, count));
+        for (int at = 0; at < count; ++at) {
+            EXPECT_EQ(text_keys.slots[at].value + number_keys.slots[at].value, 0U);
+        }
         qek_arrayt_term(&elements);
         qek_string_term(&string);
     }

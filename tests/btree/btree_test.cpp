@@ -411,6 +411,19 @@ TYPED_TEST(btree_key_types, search_by_halves_in_an_order_that_is_not_the_trees)
     }
 }
 
+// A page whose last key is the empty one, which stands where the removed one stood.
+TEST(btree, keeps_the_place_of_an_empty_high_key)
+{
+    modelled<text> tree;
+    tree.store(-1, 40);
+    tree.is_intact = false;
+    for (int n = 14; n >= 0; --n) {
+        EXPECT_NE(text::remove(&tree, tree.key(n)), 0U);
+        tree.model.erase(tree.model.begin() + 1 + n);
+        EXPECT_EQ(tree.fault(), "");
+    }
+}
+
 // An empty root that cannot grow answers as if the key were there; one with nodes, as if it were
 // not.
 TEST(btree, loses_a_node_when_the_root_does_not_grow)

@@ -235,6 +235,19 @@ void expect_inside(const char *name, void (*init)(Record *, Flags...), void (*te
     auto sizes = watch.sizes();
     std::erase(sizes, 32 * sizeof(qek_word)); // of a tree's root
     EXPECT_EQ(sizes, std::vector(sizeof...(Flags), sizeof(qek_pool))) << name;
+    const Record &of = guarded.record;
+    if constexpr (requires { of.value_pool; }) {
+        EXPECT_EQ(of.value_pool->item_size, 0) << name;
+    } else if constexpr (requires { of.pool; }) {
+        EXPECT_EQ(of.pool->item_size, 0) << name;
+    }
+    if constexpr (requires { of.head; }) {
+        EXPECT_EQ(of.node_pool->item_size, int{sizeof *of.head}) << name;
+    } else if constexpr (requires { of.page_pool; }) {
+        EXPECT_EQ(of.page_pool->item_size, int{sizeof of.root}) << name;
+    } else if constexpr (requires { of.root; }) {
+        EXPECT_EQ(of.entry_pool->item_size, int{sizeof of.root}) << name;
+    }
     term(&guarded.record);
     constexpr uint64_t guard = 0xA5A5A5A5A5A5A5A5;
     EXPECT_EQ(std::pair(guarded.before, guarded.behind), std::pair(guard, guard)) << name;
