@@ -49,10 +49,12 @@ struct item_key {
     bool operator==(const item_key &) const = default;
 };
 std::vector<std::array<qek_word, 3>> probes;
+qek_word *out = nullptr; // where `insert_new` puts an item before it is prepared; 0 until then
 
 std::int32_t ordered(qek_word item, qek_word key, std::int32_t extra)
 {
     probes.push_back({item, key, static_cast<qek_word>(extra)});
+    EXPECT_EQ(out == nullptr ? 0 : *out, 0U);
     return item == key ? 0 : item > key ? std::numeric_limits<std::int32_t>::max() : -1;
 }
 std::int32_t ordered_x(void *context, qek_word item, qek_word key, std::int32_t extra)
@@ -179,8 +181,6 @@ template <typename Key> Key key_of(std::uint32_t number, qek_word item)
         return (Key{number / 4 % 4} << (8 * sizeof(Key) - 2)) + number % 4;
     }
 }
-
-qek_word *out = nullptr; // where `insert_new` puts an item before it is prepared
 
 void prepare(qek_word item)
 {
@@ -317,6 +317,7 @@ template <typename Functions> struct session {
         m.fail_from = random.one_in(4) ? random.between(1, 2) : 0;
         told.clear();
         probes.clear();
+        out = nullptr;
         const int found = m.search(key).first;
         path = std::exchange(probes, {});
         const int position = m.search(key).second, near = std::min(position, m.count - 1);
@@ -326,7 +327,6 @@ template <typename Functions> struct session {
         const qek_value_fn gone = random.one_in(4) ? nullptr : tell_value;
         const auto at = [&](int place) { return m.get_at(place).value; };
         qek_word made = 99;
-        out = nullptr;
         probes.clear();
         const std::function<void()> operations[] = {
             [&] { both<append>(m.append(slot_of(key, value)), key, value); },
