@@ -56,7 +56,7 @@ wrong() {
 # default row.
 rows=(default clang sanitize clang-sanitize m32 m32-clang m32-sanitize
     windows windows-i686 s390x powerpc aarch64 levels
-    coverage memory valgrind thread fuzz abi lint delivery bench demo outline)
+    coverage memory valgrind thread fuzz mutants abi lint delivery bench demo outline)
 trust=(default allocations limits depth sanitize clang-sanitize m32-sanitize
     coverage memory valgrind thread fuzz mutants levels abi soak)
 declare -A needs=(

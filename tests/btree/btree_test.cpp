@@ -288,6 +288,23 @@ TYPED_TEST(btree_suite, grows_the_root_again_by_the_rule_of_arrays)
     EXPECT_EQ(tree.root.children.capacity, std::max(family::slots, 8));
 }
 
+// Whatever they had: branches at every level, and leaves not.
+TYPED_TEST(btree_suite, tells_branches_their_pool_when_it_swaps)
+{
+    using family = TypeParam;
+    modelled<family> tree, other;
+    tree.store(0, family::slots * family::slots);
+    const tree_look<family> look(tree);
+    const auto page_of = [](qek_word at) { return item<typename family::page>(at); };
+    for (const qek_word at : look.pages) {
+        page_of(at)->children.pool = nullptr;
+    }
+    family::swap(&tree, &other);
+    for (const qek_word at : look.pages) {
+        EXPECT_EQ(page_of(at)->children.pool, page_of(at)->level > 0 ? other.page_pool : nullptr);
+    }
+}
+
 TEST(btree_DeathTest, missing_pools_fault)
 {
     if (!can_fork) {
@@ -364,23 +381,66 @@ TYPED_TEST(btree_key_types, search_by_halves_in_an_order_that_is_not_the_trees)
         EXPECT_EQ(family::find(&tree, any_key::of(sought)), is_found) << sought;
         EXPECT_EQ(family::bfind(&tree, any_key::of(sought))->key, nearest) << sought;
     }
+    random_numbers random;
+    const auto any = [&] { return static_cast<key>(random.next() * (~key{0} / 0xFFFFFFFF)); };
+    modelled<family> deep(true, true, 1);
+    for (int n = 0; n < 2000; ++n) {
+        family::insert(&deep, any_key::of(any()), 5);
+    }
+    for (int n = 0; n < 4000; ++n) {
+        deep.key_type = n % 2 != 0 ? family::orders[0] : 7; // the latter: all are equal
+        const key sought = any();
+        const auto *page = &deep.root;
+        const auto go_down = [&] {
+            const qek_arrays &of = page->children;
+            int low = 0, high = of.count - 1;
+            while (low <= high) {
+                const int mid = (low + high) / 2;
+                const key at = page->level > 0 ? item<typename family::page>(of.slots[mid])->key
+                                               : item<typename family::element>(of.slots[mid])->key;
+                const bool is_less = (at ^ lowest) < (sought ^ lowest);
+                const bool is_found = at == sought || deep.key_type == 7;
+                low = is_found ? mid : is_less ? mid + 1 : low;
+                high = is_found ? -1 : is_less ? high : mid - 1;
+            }
+            return of.slots[std::min(low, of.count - 1)];
+        };
+        while (page->level > 0) {
+            page = item<typename family::page>(go_down());
+        }
+        ASSERT_EQ(word(family::bfind(&deep, any_key::of(sought))), go_down()) << sought;
+    }
+}
+
+// A page whose last key is the empty one, which stands where the removed one stood.
+TEST(btree, keeps_the_place_of_an_empty_high_key)
+{
+    modelled<text> tree;
+    tree.store(-1, 40);
+    tree.is_intact = false;
+    for (int n = 14; n >= 0; --n) {
+        EXPECT_NE(text::remove(&tree, tree.key(n)), 0U);
+        tree.model.erase(tree.model.begin() + 1 + n);
+        EXPECT_EQ(tree.fault(), "");
+    }
 }
 
 // An empty root that cannot grow answers as if the key were there; one with nodes, as if it were
 // not.
-TEST(btree, loses_a_node_when_the_root_does_not_grow)
+TYPED_TEST(btree_suite, loses_a_node_when_the_root_does_not_grow)
 {
-    for (const int keys : {0, 8}) {
-        modelled<text> tree;
+    using family = TypeParam;
+    for (const int keys : {0, family::slots / 4 & 8}) {
+        modelled<family> tree;
         tree.store(0, 20);
-        qek_btree_remove_all(&tree);
+        family::remove_all(&tree);
         qek_pool_free(tree.node_pool, qek_pool_new(tree.node_pool));
         tree.store(0, keys);
         const allocations faults(1, true);
-        EXPECT_EQ(qek_btree_insert(&tree, "z", 1, 5), keys > 0);
+        EXPECT_EQ(family::insert(&tree, tree.key(30), 5), keys > 0);
         EXPECT_EQ(tree.node_count, keys == 0 ? 0 : keys + 1);
         EXPECT_EQ(tree.root.children.count, keys);
-        EXPECT_EQ(qek_btree_find(&tree, "z", 1), 0);
+        EXPECT_EQ(family::find(&tree, tree.key(30)), 0);
     }
 }
 

@@ -221,6 +221,41 @@ char outcome(const session &of, size_t number, int nth, bool and_later, char tol
     return is_unchanged ? 'u' : 's';
 }
 
+template <typename Record, typename... Flags>
+void expect_inside(const char *name, void (*init)(Record *, Flags...), void (*term)(Record *))
+{
+    struct {
+        uint64_t before;
+        Record record;
+        uint64_t behind;
+    } guarded;
+    std::memset(&guarded, 0xA5, sizeof guarded);
+    const allocations watch;
+    init(&guarded.record, Flags{1}...);
+    auto sizes = watch.sizes();
+    std::erase(sizes, 32 * sizeof(qek_word)); // of a tree's root
+    EXPECT_EQ(sizes, std::vector(sizeof...(Flags), sizeof(qek_pool))) << name;
+    const Record &of = guarded.record;
+    if constexpr (requires { of.value_pool; }) {
+        EXPECT_EQ(of.value_pool->item_size, 0) << name;
+    } else if constexpr (requires { of.pool; }) {
+        EXPECT_EQ(of.pool->item_size, 0) << name;
+    }
+    if constexpr (requires { of.head; }) {
+        EXPECT_EQ(of.node_pool->item_size, int{sizeof *of.head}) << name;
+    } else if constexpr (requires { of.page_pool; }) {
+        EXPECT_EQ(of.page_pool->item_size, int{sizeof of.root}) << name;
+    } else if constexpr (requires { of.root; }) {
+        EXPECT_EQ(of.entry_pool->item_size, int{sizeof of.root}) << name;
+    }
+    term(&guarded.record);
+    constexpr uint64_t guard = 0xA5A5A5A5A5A5A5A5;
+    EXPECT_EQ(std::pair(guarded.before, guarded.behind), std::pair(guard, guard)) << name;
+}
+#define INSIDE(name) expect_inside(#name, qek_##name##_init, qek_##name##_term);
+
+TEST(record, is_initialised_and_ended_within_its_bounds) { FAMILIES(INSIDE); }
+
 TEST(allocation_DeathTest, does_what_is_told_when_it_fails_and_leaks_nothing)
 {
     for (const session &each : sessions) {

@@ -392,6 +392,7 @@ TEST_F(keyed_list, is_read_from_text_and_written_as_text)
         qek_list_from_string(&list, separator, text.data(), -1); // not measured: adds nothing
         std::vector<std::string> found;
         for (auto *at = list.head; at != nullptr;) {
+            EXPECT_EQ(at->value, 0U);
             found.push_back(read<get_next>(list, &at).first);
         }
         EXPECT_EQ(found, keys) << text;

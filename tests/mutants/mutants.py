@@ -3,13 +3,15 @@
 # SPDX-FileCopyrightText: 2026 The qek_std authors
 """Changes one instruction of the library inside the test program at a time and runs the tests.
 
-A mutant is the compiled test program with one conditional jump, move or flag turned round, or one
-the lowest bit of a constant flipped. It is killed if the tests fail, crash or do not end. No source is compiled
-again, so that thousands can be tried. The last line counts them.
+A mutant is the linked test program with one conditional jump, move or flag turned round, or the
+lowest bit of one constant flipped. It is killed if the tests fail, crash or do not end. No source
+is compiled again, so that thousands can be tried. Survivors at the places that equivalent.txt lists
+are told apart and not counted. The last line counts; the result is 0 if enough were killed.
 """
 import argparse
 import collections
 import concurrent.futures
+import json
 import os
 import random
 import re
@@ -17,12 +19,24 @@ import resource
 import subprocess
 import sys
 import tempfile
+import time
 
-Mutant = collections.namedtuple("Mutant", "address offset old new text symbol")
+Mutant = collections.namedtuple("Mutant", "address offset old new text symbol file line")
+
+ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
+
+# Of each folder's functions, the tests that are likely to kill. They run first, the others if need
+# be; those that go deep never, as they do what others do, only longer.
+NEAR = {
+    "array": "arr|sort|readers", "base": "str|mem|slice|text|convert|stream|keyed", "bits": "bits",
+    "btree": "btree|readers", "hash": "hash|readers", "list": "list|readers", "pool": "pool|arrays|lists",
+    "stream": "stream|fields|compact|readers|text|convert", "text": "str|text|convert|slice|char",
+    "tree": "tree"}
+DEEP = "a_million"
 
 
-def run(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+def run(*command, **more):
+    return subprocess.run(command, check=True, capture_output=True, text=True, **more).stdout
 
 
 def library_functions(program, archive):
@@ -38,7 +52,7 @@ def library_functions(program, archive):
 
 
 def change(code, text):
-    """Which byte of an instruction is changed, and to what; none if the instruction is not touched."""
+    """Which byte of an instruction is changed, and to what; none if it is not touched."""
     at = 1 if 0x40 <= code[0] <= 0x4F or code[0] == 0x66 else 0
     if 0x70 <= code[0] <= 0x7F:
         return 0, code[0] ^ 1
@@ -61,6 +75,7 @@ def all_mutants(program, archive):
     section = re.search(r"\.text\s+PROGBITS\s+(\w+)\s+(\w+)", run("readelf", "-SW", program))
     shift = int(section[2], 16) - int(section[1], 16)
     function, end = None, 0
+    found = []
     for line in run("objdump", "-d", "-j", ".text", "--insn-width=16", program).splitlines():
         fields = line.split("\t")
         if len(fields) != 3:
@@ -71,39 +86,110 @@ def all_mutants(program, archive):
         code = bytes.fromhex(fields[1])
         changed = change(code, fields[2]) if address < end else None
         if changed:
-            at = address + changed[0]
-            yield Mutant(address, at + shift, code[changed[0]], changed[1], fields[2], function)
+            found.append((address, changed, code, " ".join(fields[2].split()), function))
+    places = run("addr2line", "-e", program, input="".join(f"{each[0]:x}\n" for each in found))
+    for (address, (at, new), code, text, function), place in zip(found, places.splitlines()):
+        file, line = place.split(" ")[0].rsplit(":", 1)
+        file = os.path.relpath(os.path.realpath(file), ROOT)
+        if not file.startswith(".."):  # what the compiler's headers bring is not the library's
+            yield Mutant(address, address + at + shift, code[at], new, text, function, file,
+                         int(line.replace("?", "0")))
 
 
-def limits():
-    resource.setrlimit(resource.RLIMIT_AS, (4 << 30, 4 << 30))
-    resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-
-
-def survives(program, mutant, folder):
-    """Tries the tests of the function's own family first, since they are the likely killers."""
-    family = re.search(r"qek_([a-z0-9]+)_|qek(\d+)([a-z]+)", mutant.symbol)
-    name = family[1] or family[3][: int(family[2])] if family else "none"
-    near = f"*{name[:5]}*:-*deep*:*DeathTest*"
-    with tempfile.NamedTemporaryFile(dir=folder, delete=False) as copy:
-        with open(program, "rb") as original:
-            data = bytearray(original.read())
-        data[mutant.offset] = mutant.new
-        copy.write(data)
-    os.chmod(copy.name, 0o755)
+def source_line(file, line):
     try:
-        for tests in (near, "*"):
-            done = subprocess.run(
-                [copy.name, "--gtest_brief=1", "--gtest_fail_fast", f"--gtest_filter={tests}"],
-                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                env=dict(os.environ, QEK_TEST_SEED="1"), timeout=60, preexec_fn=limits, check=False)
-            if done.returncode != 0:
-                return False
-        return True
-    except subprocess.TimeoutExpired:
-        return False
-    finally:
-        os.unlink(copy.name)
+        with open(os.path.join(ROOT, file), encoding="utf-8") as source:
+            return source.read().splitlines()[line - 1].strip() if line > 0 else ""
+    except FileNotFoundError:
+        return ""
+
+
+def read_equivalents(path):
+    """What equivalent.txt lists; a line of it that fits no line of the source ends the program."""
+    entries = []
+    with open(path, encoding="utf-8") as lines:
+        for entry in lines.read().splitlines():
+            if not entry or entry.startswith("#"):
+                continue
+            place, operations, rest = entry.split(" | ", 2)
+            text, reason = rest.rsplit(" | ", 1)
+            file, _, symbol = place.partition("@")
+            with open(os.path.join(ROOT, file), encoding="utf-8") as source:
+                if text not in [each.strip() for each in source.read().splitlines()]:
+                    sys.exit(f"{path}: {file} has no such line: {text}")
+            entries.append((file, symbol, operations.split(" "), text, reason))
+    return entries
+
+
+def reason_for(mutant, text, equivalents):
+    """Why nobody can tell this mutant from the library, as far as that is known."""
+    operation = mutant.text.split(" ")[0]
+    for file, symbol, operations, line, reason in equivalents:
+        if (mutant.file, text) == (file, line) and symbol in mutant.symbol:
+            if any(re.fullmatch(each + "[bwlq]?" if each not in ("j", "set", "cmov") else each + ".*",
+                                operation) for each in operations):
+                return reason
+    return None
+
+
+class Tests:
+    """What a program's tests are called and how long they take."""
+
+    def __init__(self, program):
+        with tempfile.NamedTemporaryFile(suffix=".json") as report:
+            self.call(program, ["*"], None, f"--gtest_output=json:{report.name}").check_returncode()
+            suites = json.load(report)["testsuites"]
+        self.seconds = {f"{suite['name']}.{test['name']}": float(test["time"].rstrip("s"))
+                        for suite in suites for test in suite["testsuite"]
+                        if not re.search(DEEP, f"{suite['name']}.{test['name']}")}
+
+    @staticmethod
+    def call(program, names, seconds, *more):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_AS, (2 << 30, 2 << 30))
+            resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
+            if seconds:
+                resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds))
+        environment = dict(os.environ, QEK_TEST_SEED="1", GTEST_FILTER=":".join(names))
+        return subprocess.run(
+            [program, "--gtest_brief=1", "--gtest_fail_fast", *more], stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=environment,
+            timeout=seconds and 20 * seconds, preexec_fn=limit, check=False)
+
+    def pass_with(self, program, names):
+        """Whether they pass, in a few times the time of the processor that they usually take."""
+        seconds = 2 + int(4 * sum(self.seconds[name] for name in names))
+        try:
+            return not names or self.call(program, names, seconds).returncode == 0
+        except subprocess.TimeoutExpired:
+            return False
+
+    def stages(self, file):
+        pattern = NEAR.get(file.split("/")[0], "$")
+        near = [name for name in self.seconds if re.search(pattern, name)]
+        return near, [name for name in self.seconds if name not in near]
+
+
+def prepare(program, tests):
+    """In each process of the pool: a copy of the program, of which one byte is changed at a time."""
+    global copy, suite
+    copy = os.path.join(os.path.dirname(program), str(os.getpid()))
+    with open(program, "rb") as original, open(copy, "wb") as target:
+        target.write(original.read())
+    os.chmod(copy, 0o755)
+    suite = tests
+
+
+def survives(mutant):
+    def put(byte):
+        with open(copy, "r+b") as program:
+            program.seek(mutant.offset)
+            program.write(bytes([byte]))
+    started = time.monotonic()
+    put(mutant.new)
+    survived = all(suite.pass_with(copy, names) for names in suite.stages(mutant.file))
+    put(mutant.old)
+    return survived, time.monotonic() - started
 
 
 def main():
@@ -112,26 +198,43 @@ def main():
     parser.add_argument("archive", help="the copy of the library that it is linked with")
     parser.add_argument("--sample", type=int, default=0, help="how many mutants; 0 for all")
     parser.add_argument("--seed", type=int, default=1, help="which sample")
-    parser.add_argument("--only", default="", help="pattern of the symbols to change")
+    parser.add_argument("--only", default="", help="pattern of file:line:symbol:instruction to change")
+    parser.add_argument("--least", type=float, default=0, help="how many percent have to be killed")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="how many at a time")
     options = parser.parse_args()
+    equivalents = read_equivalents(os.path.join(ROOT, "tests/mutants/equivalent.txt"))
     mutants = [m for m in all_mutants(options.program, options.archive)
-               if re.search(options.only, m.symbol)]
-    if options.sample and options.sample < len(mutants):
+               if re.search(options.only, f"{m.file}:{m.line}:{m.symbol}:{m.text}")]
+    total = len(mutants)
+    if options.sample and options.sample < total:
         mutants = random.Random(options.seed).sample(mutants, options.sample)
-    survivors = []
-    with tempfile.TemporaryDirectory() as folder, \
-            concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        tried = pool.map(lambda m: survives(options.program, m, folder), mutants)
-        for count, (mutant, survived) in enumerate(zip(mutants, tried), 1):
-            if survived:
-                survivors.append(mutant)
-                place = run("addr2line", "-Cpfe", options.program, hex(mutant.address)).strip()
-                print(f"survived: {place}: {mutant.text}: {mutant.old:02x} -> {mutant.new:02x}",
-                      flush=True)
-            if sys.stderr.isatty():
-                print(f"\r{count}/{len(mutants)}", end="\r", file=sys.stderr)
-    killed = len(mutants) - len(survivors)
-    print(f"{killed} of {len(mutants)} mutants killed, {100 * killed / max(1, len(mutants)):.1f} %")
+    survivors = equivalent = 0
+    shared = "/dev/shm" if os.path.isdir("/dev/shm") else None
+    with tempfile.TemporaryDirectory(dir=shared) as folder:
+        stripped = os.path.join(folder, "tests")
+        run("strip", "-o", stripped, options.program)
+        tests = Tests(stripped)
+        with concurrent.futures.ProcessPoolExecutor(options.jobs, initializer=prepare,
+                                                    initargs=(stripped, tests)) as pool:
+            for count, (mutant, (survived, seconds)) in enumerate(
+                    zip(mutants, pool.map(survives, mutants)), 1):
+                if survived:
+                    text = source_line(mutant.file, mutant.line)
+                    reason = reason_for(mutant, text, equivalents)
+                    survivors += reason is None
+                    equivalent += reason is not None
+                    print(f"{'survived' if reason is None else 'equivalent'}: "
+                          f"{mutant.file}:{mutant.line}: {mutant.address:x}: {mutant.text}: "
+                          f"{mutant.old:02x} -> {mutant.new:02x}\n    {text}\n"
+                          f"    {reason or mutant.symbol}", flush=True)
+                if sys.stderr.isatty():
+                    print(f"\r{count}/{len(mutants)}", end="\r", file=sys.stderr)
+    counted = len(mutants) - equivalent
+    killed = counted - survivors
+    share = 100 * killed / max(1, counted)
+    print(f"{equivalent} more of {len(mutants)} out of {total} are equivalent")
+    print(f"{killed} of {counted} mutants killed, {int(10 * share) / 10} %")
+    sys.exit(share < options.least)
 
 
 if __name__ == "__main__":

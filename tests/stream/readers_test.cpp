@@ -26,7 +26,8 @@ namespace {
 using qek_test::random_numbers;
 
 struct index_file : word_table {
-    std::string path = "readers." + std::to_string(std::random_device{}()) + ".index";
+    // As long in every run, so that room for it is the same.
+    std::string path = "readers." + std::to_string(std::random_device{}() | 1U << 31) + ".index";
 
     index_file() : word_table{} { table_init(this); }
     ~index_file()

@@ -145,6 +145,8 @@ template <typename Family> struct modelled : Family::container {
         EXPECT_EQ(fault(), "");
         EXPECT_EQ(Family::order(*this), Family::orders[0]);
         Family::order(*this) = Family::orders[order];
+        EXPECT_TRUE(!owns ||
+                    Family::pool(*this)->item_size == int{sizeof(typename Family::element)});
         owns ? void() : Family::lend(*this, lent_elements, lent_pages);
         this->value_pool = owns_values ? this->value_pool : &lent_values;
         this->value_pool->item_size = sizeof(qek_word);

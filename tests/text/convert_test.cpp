@@ -148,6 +148,22 @@ TEST(convert, reads_numbers_by_two_parsers)
     EXPECT_EQ(qek_string_get_long(&wrapping, 77), INT64_MIN);
 }
 
+// A decimal just above the middle of two floats, with the point at every place.
+TEST(convert, reads_decimals_to_the_last_bit)
+{
+    for (int decimals = 0; decimals < 15; ++decimals) {
+        const double scale = std::pow(10, decimals);
+        const auto below = static_cast<float>(3e14 / scale);
+        const float above = std::nextafter(below, HUGE_VALF);
+        const double middle = (double{below} + double{above}) / 2;
+        std::string digits = std::to_string(static_cast<std::int64_t>(middle * scale) + 1);
+        digits.insert(digits.size() - static_cast<std::size_t>(decimals), ".");
+        string text;
+        qek_string_copy(&text, digits.data(), -1);
+        EXPECT_EQ(qek_string_get_float(&text, 0), above) << digits;
+    }
+}
+
 // Both substitutions: what is found gives way to what `next` gives, until that is null.
 std::int32_t substitute(owned_model &model, const std::u16string *find,
                         const std::function<const std::u16string *()> &next)
