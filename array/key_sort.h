@@ -215,7 +215,7 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
             if (left == left_end) {
                 left = left_end = 0;
                 const Slot *const first = slots + up + 1;
-#pragma GCC unroll 4
+#pragma GCC unroll 2
                 for (std::int32_t at = 0; at < block; ++at) {
                     keys.fetch(first[at + block]);
                     lefts[left_end] = static_cast<std::uint8_t>(at);
@@ -225,7 +225,7 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
             if (right == right_end) {
                 right = right_end = 0;
                 const Slot *const first = slots + down - 1;
-#pragma GCC unroll 4
+#pragma GCC unroll 2
                 for (std::int32_t at = 0; at < block; ++at) {
                     keys.fetch(first[-at - block]);
                     rights[right_end] = static_cast<std::uint8_t>(at);

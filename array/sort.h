@@ -24,13 +24,18 @@ struct ascending_order {
     static constexpr bool more(auto stands) noexcept { return stands > 0; }
 };
 
-struct descending_order {
-    static constexpr bool more(auto stands) noexcept { return stands < 0; }
+struct either_order {
+    bool ascending;
+
+    constexpr bool more(auto stands) const noexcept { return ascending ? stands > 0 : stands < 0; }
 };
 
 template <typename Slot, typename Order, typename Direction> class sorting {
   public:
-    sorting(Slot *slots, Order order) noexcept : slots_(slots), order_(order) {}
+    sorting(Slot *slots, Order order, Direction direction = {}) noexcept
+        : slots_(slots), order_(order), direction_(direction)
+    {
+    }
 
     void run(std::int32_t count) noexcept { run(range{0, count - 1}); }
 
@@ -62,7 +67,7 @@ template <typename Slot, typename Order, typename Direction> class sorting {
 
     bool more(std::int32_t x, std::int32_t y) noexcept
     {
-        return Direction::more(order_(slots_[x], slots_[y]));
+        return direction_.more(order_(slots_[x], slots_[y]));
     }
 
     bool same(std::int32_t x, std::int32_t y) noexcept { return order_(slots_[x], slots_[y]) == 0; }
@@ -176,6 +181,7 @@ template <typename Slot, typename Order, typename Direction> class sorting {
 
     Slot *slots_;
     Order order_;
+    [[no_unique_address]] Direction direction_;
     std::int32_t depth_ = 0;
     range stack_[stack_size];
 };
@@ -183,13 +189,8 @@ template <typename Slot, typename Order, typename Direction> class sorting {
 template <typename Slot, typename Order>
 void sort(Slot *slots, std::int32_t count, bool ascending, Order order) noexcept
 {
-    if (count < 2) {
-        return;
-    }
-    if (ascending) {
-        sorting<Slot, Order, ascending_order>(slots, order).run(count);
-    } else {
-        sorting<Slot, Order, descending_order>(slots, order).run(count);
+    if (count >= 2) {
+        sorting<Slot, Order, either_order>(slots, order, {ascending}).run(count);
     }
 }
 

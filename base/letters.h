@@ -81,7 +81,8 @@ template <typename Case> bool is_plain(const byte_map<Case> &map) noexcept
 }
 
 template <typename Case>
-void map_units(std::uint8_t *units, std::int32_t length, byte_map<Case> map) noexcept
+[[gnu::noinline]] void map_units(std::uint8_t *units, std::int32_t length,
+                                 byte_map<Case> map) noexcept
 {
     constexpr std::int32_t least_to_ask = 2048; // beside which looking at the locale is nothing
     std::int64_t at = 0;
