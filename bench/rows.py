@@ -39,7 +39,7 @@ ROWS = {
         Against("absl", by_size(THREE, 1.15, 2.0, 1.8), "chains"),
     ],
     "hash_find_miss": [Against("unordered_map", by_size(THREE, 0.9, 1.0, 1.0))],
-    "hash_iterate": [Against("glib", by_size(THREE, 0.5, 1.2, 0.8))],
+    "hash_iterate": [Against("glib", by_size(THREE, 0.5, 1.2, 0.8), "steps")],
     "hash_remove": [
         Against("walk", by_size((K, 10 * K, 100 * K), 0.3, 0.15, 0.15)),
         Against("absl", limit="dense text"),
@@ -99,9 +99,10 @@ ROWS = {
 
 for family in ("hashd", "hashx", "hasht"):
     for work in ("insert", "find", "remove", "iterate"):
+        limit = {"find": "chains", "iterate": "steps"}.get(work)
         ROWS[f"{family}_{work}"] = [
-            Against("unordered_map", every(0.6, *TWO)),
-            Against("uthash", every(0.6, *TWO)),
+            Against("unordered_map", every(0.6, *TWO), limit),
+            Against("uthash", every(0.6, *TWO), "steps" if work == "iterate" else None),
             Against("absl", limit="chains"),
         ]
 for family in ("btreed", "btreex"):
@@ -150,8 +151,8 @@ for number, peer in (
         Against("from_chars", every(1.0, *COUNT)),
     ]
 for work in ("build", "walk", "free"):
-    ROWS[f"tree_{work}"] = [Against("gnode", every(0.6, *TWO))]
-    ROWS[f"bitree_{work}"] = [Against("map", every(0.6, *TWO))]
+    ROWS[f"tree_{work}"] = [Against("gnode", every(0.6, *TWO), "steps" if work == "walk" else None)]
+    ROWS[f"bitree_{work}"] = [Against("map", every(0.6, *TWO), None if work == "free" else "shape")]
 
 # Heap bytes per entry, not judged. apr maps its pages past malloc, so they are not seen.
 for family, peers in {
