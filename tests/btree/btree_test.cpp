@@ -91,14 +91,16 @@ struct text_trees : text_keys<qek_btree> {
 template <typename Tree, typename Key, typename Real, std::int32_t... Orders> struct number_keys {
     static constexpr std::int32_t orders[] = {Orders...}; // signed, unsigned, in floating point
     static std::int32_t &order(Tree &of) { return of.key_type; }
-    // From 0 up ascending in any order. In floating point, 0 and -1 are one key with two patterns.
+    // From 0 up ascending in any order, two by two far apart. In floating point, 0 and -1 are one key
+    // with two patterns.
     static any_key key(const Tree &of, int n)
     {
         if (of.key_type >= 5) {
             const auto real = static_cast<Real>(n < 0 ? n + 1 : n);
             return any_key::of(std::bit_cast<Key>(std::copysign(real, static_cast<Real>(n))));
         }
-        return any_key::of(static_cast<Key>(static_cast<Key>(n) << (sizeof(Key) * 4 - 1)));
+        const auto number = static_cast<Key>(n), last = static_cast<Key>(number & 1);
+        return any_key::of(static_cast<Key>((number ^ last) << (sizeof(Key) * 4 - 1) | last));
     }
     static any_key key_of(const Tree &, const auto &at) { return any_key::of(at.key); }
     static bool refer_to_one(const auto &above, const auto &last) { return above.key == last.key; }
