@@ -335,16 +335,19 @@ TEST(hash, copies_what_got_lost_as_it_is)
 {
     modelled<dword> source(true, false), copy(true, false);
     source.store(0, 100);
-    const qek_word kept = std::exchange(source.buckets.slots[1], 0);
-    const auto *const lost = reinterpret_cast<const qek_hashd_entry *>(kept);
-    ASSERT_NE(lost->next, nullptr);
-    qek_hashd_clone(&source, nullptr, &copy, nullptr, nullptr);
     const auto *first = static_cast<const qek_hashd_entry *>(source.entry_pool->items.blocks[0]);
+    const auto *lost = std::find_if(first, first + 16, [](auto &entry) { return entry.next; });
+    ASSERT_NE(lost, first + 16);
+    const qek_word head = reinterpret_cast<qek_word>(lost);
+    qek_word *const slots = source.buckets.slots;
+    const auto bucket = std::find(slots, slots + source.buckets.count, head) - slots;
+    ASSERT_LT(bucket, source.buckets.count);
+    slots[bucket] = 0;
+    qek_hashd_clone(&source, nullptr, &copy, nullptr, nullptr);
     const auto *copied = static_cast<const qek_hashd_entry *>(copy.entry_pool->items.blocks[0]);
-    ASSERT_LT(lost - first, 16);
     EXPECT_EQ(copied[lost - first].next, lost->next);
-    EXPECT_EQ(copy.buckets.slots[1], 0U);
-    source.buckets.slots[1] = kept;
+    EXPECT_EQ(copy.buckets.slots[bucket], 0U);
+    slots[bucket] = head;
 }
 
 TEST(hash_DeathTest, missing_pools_fault)
