@@ -103,7 +103,7 @@ void give_anywhere(qek_pool &pool, void *item) noexcept;
 
 // A recycled item keeps its bytes; a fresh one is zero. Null for an item size of 0. Where the block
 // at hand serves, no call is made: a third of the time of a list that is filled and drained.
-[[gnu::always_inline]] inline void *take(qek_pool &pool) noexcept
+inline void *take(qek_pool &pool) noexcept
 {
     if (pool.item_size != 0 && pool.items_per_block >= least_items_per_block) {
         qek_pool_table &freed = pool.freed;
@@ -122,7 +122,7 @@ void give_anywhere(qek_pool &pool, void *item) noexcept;
 }
 
 // Null is ignored.
-[[gnu::always_inline]] inline void give(qek_pool &pool, void *item) noexcept
+inline void give(qek_pool &pool, void *item) noexcept
 {
     qek_pool_table &freed = pool.freed;
     if (item != nullptr && pool.items_per_block >= least_items_per_block && has_room(freed, pool)) {

@@ -348,6 +348,12 @@ TEST(hash, copies_what_got_lost_as_it_is)
     EXPECT_EQ(copied[lost - first].next, lost->next);
     EXPECT_EQ(copy.buckets.slots[bucket], 0U);
     slots[bucket] = head;
+
+    modelled<dword> roomy(true, false), its_copy(true, false);
+    roomy.entry_pool->item_size += 8;
+    roomy.store(0, 100);
+    qek_hashd_clone(&roomy, nullptr, &its_copy, nullptr, nullptr);
+    EXPECT_EQ(its_copy.values(), roomy.values());
 }
 
 TEST(hash_DeathTest, missing_pools_fault)

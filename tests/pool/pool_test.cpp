@@ -57,6 +57,24 @@ TEST(pool, needs_an_item_size)
 }
 
 // 33 blocks of items, then the stack that holds all of them.
+// The caller may write the count of items in a block at any time; below 16 means 16.
+TEST(pool, goes_on_when_the_items_per_block_are_reset)
+{
+    qek_pool pool;
+    qek_pool_init(&pool);
+    pool.item_size = 8;
+    void *const items[] = {qek_pool_new(&pool), qek_pool_new(&pool)};
+    qek_pool_free(&pool, items[0]);
+    pool.items_per_block = 0;
+    qek_pool_free(&pool, items[1]);
+    EXPECT_EQ(pool.items_per_block, 16);
+    pool.items_per_block = 0;
+    EXPECT_EQ(qek_pool_new(&pool), items[1]);
+    EXPECT_EQ(qek_pool_new(&pool), items[0]);
+    EXPECT_EQ(pool.live_count, 2);
+    qek_pool_term(&pool);
+}
+
 TEST(pool, opens_blocks_and_grows_tables)
 {
     const auto expected = [](std::size_t block_size) {

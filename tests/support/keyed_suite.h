@@ -376,6 +376,9 @@ TYPED_TEST_P(keyed_suite, clones_own_pools_and_translates_values)
         source.is_intact = copy.is_intact = false;
         EXPECT_EQ(source.fault() + copy.fault(), "");
     }
+    modelled<family> lent(false, false), copy(false, false); // can be copied while it is empty
+    family::clone(&lent, nullptr, &copy, nullptr, nullptr);
+    EXPECT_EQ(copy.fault(), "");
 }
 
 TYPED_TEST_P(keyed_suite, swaps_all_but_the_order)
@@ -448,7 +451,34 @@ TYPED_TEST_P(text_keyed_suite, stores_an_empty_key_when_its_text_finds_no_room)
     }
 }
 
-REGISTER_TYPED_TEST_SUITE_P(text_keyed_suite, takes_keys_with_zeros_and_without_a_length,
+// Each key differs from the plain one of its length in a single byte.
+TYPED_TEST_P(text_keyed_suite, tells_keys_apart_by_each_byte)
+{
+    using family = TypeParam;
+    modelled<family> of;
+    std::vector<any_key> all;
+    for (const std::size_t length : {1, 7, 8, 9, 15, 16, 17, 31, 32, 33, 40}) {
+        all.push_back({std::string(length, 'k')});
+        for (std::size_t at = 0; at < length; ++at) {
+            for (const char other : {'a', '\xF0'}) {
+                all.push_back({std::string(length, 'k')});
+                all.back().bytes[at] = other;
+            }
+        }
+    }
+    qek_word value = 0;
+    for (const any_key &key : all) {
+        EXPECT_EQ(family::insert(&of, key, ++value), 1) << key.bytes;
+        EXPECT_EQ(family::insert(&of, key, 0), 0) << key.bytes;
+    }
+    value = 0;
+    for (const any_key &key : all) {
+        EXPECT_EQ(family::get(&of, key), ++value) << key.bytes;
+    }
+}
+
+REGISTER_TYPED_TEST_SUITE_P(text_keyed_suite, tells_keys_apart_by_each_byte,
+                            takes_keys_with_zeros_and_without_a_length,
                             stores_an_empty_key_when_its_text_finds_no_room);
 
 } // namespace qek_test
