@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
+#include "support/allocations.h"
 #include "support/pools.h"
 #include "support/random.h"
 
@@ -46,7 +47,11 @@ TEST(pool_iteration, meets_the_live_items_slot_by_slot)
         }
         free_some(live.size() - live.size() / 4);
         std::erase_if(slots, [&](qek_word slot) { return std::ranges::count(live, slot) == 0; });
+        const allocations watch;
         qek_pool_iter *iter = qek_pool_iter_new(&pool);
+        std::vector<size_t> sizes{sizeof *iter, size_t(round / 4 - pool.live_count) * sizeof iter};
+        sizes.resize(pool.freed.used > 0 ? 2 : 1);
+        EXPECT_EQ(watch.sizes(), sizes);
         EXPECT_TRUE(iter->block == 0 && iter->slot == 0 && iter->pool == &pool);
         EXPECT_EQ(iter->freed_sorted != nullptr, pool.freed.used > 0);
         EXPECT_EQ(walk(iter), slots);

@@ -119,6 +119,7 @@ TEST(convert, reads_numbers_by_two_parsers)
         {"+5", 5, 0, 5.0F, 0.0},
         {"1e3", 1, 1, 1000.0F, 1.0},
         {".5", 0, 0, 0.5F, 0.0},
+        {",5", 0, 0, 0.0F, 0.0},
         {"12abc", 12, 12, 12.0F, 12.0},
         {"abc", 0, 0, 0.0F, 0.0},
         {"-.5", 0, 0, -0.5F, -0.0},
@@ -161,8 +162,8 @@ TEST(convert, reads_numbers_by_two_parsers)
 // A decimal just above the middle of two floats, with the point at every place.
 TEST(convert, reads_decimals_to_the_last_bit)
 {
-    for (int decimals = 0; decimals < 15; ++decimals) {
-        const double scale = std::pow(10, decimals);
+    double scale = 1;
+    for (int decimals = 0; decimals < 15; ++decimals, scale *= 10) {
         const auto below = static_cast<float>(3e14 / scale);
         const float above = std::nextafter(below, HUGE_VALF);
         const double middle = (double{below} + double{above}) / 2;
