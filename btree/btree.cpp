@@ -56,7 +56,11 @@ struct text_policy {
             fetch_below(low, index - 1);
             fetch_below(index + 1, high);
             const std::int32_t stands = order(of, *child_at(index), sought);
-            (stands > 0 ? high : low) = stands > 0 ? index - 1 : index + 1;
+            if (stands > 0) {
+                high = index - 1;
+            } else {
+                low = index + 1;
+            }
             return stands;
         });
     }
