@@ -528,23 +528,25 @@ TEST(arrays_of_keys, read_and_write_lists)
         {"7,,-1,\r\n", 3, "7,,-1", "7,0,-1"},
         {"5x,1 2,--3", 3, "5x,1 2,--3", "5,1,0"},
         {"4294967295,2147483648,", 2, "4294967295,2147483648", "-1,-2147483648"},
+        {"1,2,3,4,5,6,7,8,9", 9, "1,2,3,4,5,6,7,8,9", "1,2,3,4,5,6,7,8,9"},
     };
     for (const auto &[list, count, as_texts, as_numbers] : cases) {
         family<texts> text_keys;
         family<numbers> number_keys;
         qek_arrayt elements;
-        qek_string string{};
+        qek_string string{}, one_more{};
         const auto length = static_cast<std::int32_t>(list.size());
         qek_array_from_string(&text_keys, ',', list.data(), length);
         qek_array_to_string(&text_keys, ',', &string);
         EXPECT_EQ(tuple(text_of(string), array_fault(text_keys)), tuple(as_texts, ""));
         qek_arrayd_from_string(&number_keys, ',', list.data(), length);
+        qek_string_term(&string);
         qek_arrayd_to_string(&number_keys, ',', &string);
         EXPECT_EQ(text_of(string), as_numbers);
         qek_arrayt_init(&elements);
         qek_arrayt_from_string(&elements, ',', list.data(), length);
-        qek_arrayt_to_string(&elements, ',', &string);
-        EXPECT_EQ(text_of(string), as_numbers);
+        qek_arrayt_to_string(&elements, ',', &one_more);
+        EXPECT_EQ(tuple(text_of(one_more), one_more.capacity), tuple(as_numbers, string.capacity));
         EXPECT_EQ(tuple(text_keys.count, number_keys.count, elements.count),
                   tuple(count, count, count));
         for (int at = 0; at < count; ++at) {
@@ -552,6 +554,7 @@ TEST(arrays_of_keys, read_and_write_lists)
         }
         qek_arrayt_term(&elements);
         qek_string_term(&string);
+        qek_string_term(&one_more);
     }
 }
 

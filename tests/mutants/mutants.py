@@ -11,11 +11,15 @@ are told apart and not counted. The last line counts; the result is 0 if enough 
 import argparse
 import collections
 import concurrent.futures
+import contextlib
+import errno
+import functools
 import json
 import os
 import random
 import re
 import resource
+import signal
 import subprocess
 import sys
 import tempfile
@@ -29,9 +33,9 @@ ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 # be; those that go deep never, as they do what others do, only longer.
 NEAR = {
     "array": "arr|sort|readers", "base": "str|mem|slice|text|convert|stream|keyed", "bits": "bits",
-    "btree": "btree|readers", "hash": "hash|readers", "list": "list|readers", "pool": "pool|arrays|lists",
-    "stream": "stream|fields|compact|readers|text|convert", "text": "str|text|convert|slice|char",
-    "tree": "tree"}
+    "btree": "btree|readers", "hash": "hash|readers", "list": "list|readers",
+    "pool": "pool|arrays|lists", "stream": "stream|fields|compact|readers|text|convert",
+    "text": "str|text|convert|slice|char", "tree": "tree"}
 DEEP = "a_million"
 
 
@@ -61,7 +65,7 @@ def change(code, text):
     found = re.match(r"(?:cmp|add|sub|and|or|test|imul|mov|sar|shr|shl)\w*\s+\$0x(\w+),(.*)", text)
     if found and not re.search("%rsp|%rbp", found[2]):
         value = int(found[1], 16)
-        if text.startswith("cmpq") and value == 0:  # a pointer and null: the jump behind it is turned
+        if text.startswith("cmpq") and value == 0:  # null: the jump behind it is turned
             return None
         for size in (4, 1):
             low = int.from_bytes(code[-size:], "little")
@@ -96,17 +100,18 @@ def all_mutants(program, archive):
                          int(line.replace("?", "0")))
 
 
-def source_line(file, line):
+@functools.cache
+def source_lines(file):
     try:
         with open(os.path.join(ROOT, file), encoding="utf-8") as source:
-            return source.read().splitlines()[line - 1].strip() if line > 0 else ""
+            return [line.strip() for line in source.read().splitlines()]
     except FileNotFoundError:
-        return ""
+        return []
 
 
 def read_equivalents(path):
-    """What equivalent.txt lists; a line of it that fits no line of the source ends the program."""
-    entries = []
+    """What equivalent.txt lists; if lines of it are no lines of the source, the program ends."""
+    entries, stale = [], []
     with open(path, encoding="utf-8") as lines:
         for entry in lines.read().splitlines():
             if not entry or entry.startswith("#"):
@@ -114,10 +119,11 @@ def read_equivalents(path):
             place, operations, rest = entry.split(" | ", 2)
             text, reason = rest.rsplit(" | ", 1)
             file, _, symbol = place.partition("@")
-            with open(os.path.join(ROOT, file), encoding="utf-8") as source:
-                if text not in [each.strip() for each in source.read().splitlines()]:
-                    sys.exit(f"{path}: {file} has no such line: {text}")
+            if text not in source_lines(file):
+                stale.append(f"{path}: {file} has no such line: {text}")
             entries.append((file, symbol, operations.split(" "), text, reason))
+    if stale:
+        sys.exit("\n".join(stale))
     return entries
 
 
@@ -126,9 +132,10 @@ def reason_for(mutant, text, equivalents):
     operation = mutant.text.split(" ")[0]
     for file, symbol, operations, line, reason in equivalents:
         if (mutant.file, text) == (file, line) and symbol in mutant.symbol:
-            if any(re.fullmatch(each + "[bwlq]?" if each not in ("j", "set", "cmov") else each + ".*",
-                                operation) for each in operations):
-                return reason
+            for each in operations:
+                suffix = ".*" if each in ("j", "set", "cmov") else "[bwlq]?"
+                if re.fullmatch(each + suffix, operation):
+                    return reason
     return None
 
 
@@ -137,7 +144,8 @@ class Tests:
 
     def __init__(self, program):
         with tempfile.NamedTemporaryFile(suffix=".json") as report:
-            self.call(program, ["*"], None, f"--gtest_output=json:{report.name}").check_returncode()
+            if self.call(program, ["*"], None, f"--gtest_output=json:{report.name}") != 0:
+                sys.exit("the tests fail without a change")
             suites = json.load(report)["testsuites"]
         self.seconds = {f"{suite['name']}.{test['name']}": float(test["time"].rstrip("s"))
                         for suite in suites for test in suite["testsuite"]
@@ -145,24 +153,30 @@ class Tests:
 
     @staticmethod
     def call(program, names, seconds, *more):
+        """The result of the program with these tests; None if it did not end."""
         def limit():
             resource.setrlimit(resource.RLIMIT_AS, (2 << 30, 2 << 30))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
             if seconds:
                 resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds))
         environment = dict(os.environ, QEK_TEST_SEED="1", GTEST_FILTER=":".join(names))
-        return subprocess.run(
+        process = subprocess.Popen(
             [program, "--gtest_brief=1", "--gtest_fail_fast", *more], stdin=subprocess.DEVNULL,
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=environment,
-            timeout=seconds and 20 * seconds, preexec_fn=limit, check=False)
+            preexec_fn=limit, start_new_session=True)
+        try:
+            return process.wait(seconds and 20 * seconds)
+        except subprocess.TimeoutExpired:
+            return None
+        finally:  # with the children that it forked
+            with contextlib.suppress(ProcessLookupError):
+                os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
 
     def pass_with(self, program, names):
         """Whether they pass, in a few times the time of the processor that they usually take."""
         seconds = 2 + int(4 * sum(self.seconds[name] for name in names))
-        try:
-            return not names or self.call(program, names, seconds).returncode == 0
-        except subprocess.TimeoutExpired:
-            return False
+        return not names or self.call(program, names, seconds) == 0
 
     def stages(self, file):
         pattern = NEAR.get(file.split("/")[0], "$")
@@ -171,7 +185,7 @@ class Tests:
 
 
 def prepare(program, tests):
-    """In each process of the pool: a copy of the program, of which one byte is changed at a time."""
+    """Gives each process of the pool a copy of the program, to change a byte of it at a time."""
     global copy, suite
     copy = os.path.join(os.path.dirname(program), str(os.getpid()))
     with open(program, "rb") as original, open(copy, "wb") as target:
@@ -182,23 +196,30 @@ def prepare(program, tests):
 
 def survives(mutant):
     def put(byte):
-        with open(copy, "r+b") as program:
-            program.seek(mutant.offset)
-            program.write(bytes([byte]))
-    started = time.monotonic()
+        while True:
+            try:
+                with open(copy, "r+b") as program:
+                    program.seek(mutant.offset)
+                    program.write(bytes([byte]))
+                return
+            except OSError as error:  # the last of the processes that run it is still ending
+                if error.errno != errno.ETXTBSY:
+                    raise
+                time.sleep(0.01)
     put(mutant.new)
     survived = all(suite.pass_with(copy, names) for names in suite.stages(mutant.file))
     put(mutant.old)
-    return survived, time.monotonic() - started
+    return survived
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawTextHelpFormatter)
     parser.add_argument("program", help="the test program")
     parser.add_argument("archive", help="the copy of the library that it is linked with")
     parser.add_argument("--sample", type=int, default=0, help="how many mutants; 0 for all")
     parser.add_argument("--seed", type=int, default=1, help="which sample")
-    parser.add_argument("--only", default="", help="pattern of file:line:symbol:instruction to change")
+    parser.add_argument("--only", default="", help="pattern of file:line:symbol:instruction")
     parser.add_argument("--least", type=float, default=0, help="how many percent have to be killed")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="how many at a time")
     options = parser.parse_args()
@@ -209,17 +230,16 @@ def main():
     if options.sample and options.sample < total:
         mutants = random.Random(options.seed).sample(mutants, options.sample)
     survivors = equivalent = 0
-    shared = "/dev/shm" if os.path.isdir("/dev/shm") else None
-    with tempfile.TemporaryDirectory(dir=shared) as folder:
+    with tempfile.TemporaryDirectory(dir=os.path.dirname(options.program)) as folder:
         stripped = os.path.join(folder, "tests")
         run("strip", "-o", stripped, options.program)
         tests = Tests(stripped)
         with concurrent.futures.ProcessPoolExecutor(options.jobs, initializer=prepare,
                                                     initargs=(stripped, tests)) as pool:
-            for count, (mutant, (survived, seconds)) in enumerate(
+            for count, (mutant, survived) in enumerate(
                     zip(mutants, pool.map(survives, mutants)), 1):
                 if survived:
-                    text = source_line(mutant.file, mutant.line)
+                    text = (["", *source_lines(mutant.file)])[mutant.line]
                     reason = reason_for(mutant, text, equivalents)
                     survivors += reason is None
                     equivalent += reason is not None
