@@ -4,10 +4,10 @@
 # the library gets.
 
 # The library's code is small pieces that are called and left: padding for jumps and loops buys little
-# there and makes it larger by a twentieth.
+# there and makes it larger by a twentieth, and half of that in front of functions by a fiftieth.
 set(qek_release "-O2 -DNDEBUG")
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    string(APPEND qek_release " -fno-align-jumps -fno-align-loops")
+    string(APPEND qek_release " -fno-align-jumps -fno-align-loops -falign-functions=8")
 endif()
 set(CMAKE_C_FLAGS_RELEASE "${qek_release}")
 set(CMAKE_CXX_FLAGS_RELEASE "${qek_release}")
