@@ -541,6 +541,7 @@ TEST(arrays_of_keys, read_and_write_lists)
         EXPECT_EQ(tuple(text_of(string), array_fault(text_keys)), tuple(as_texts, ""));
         qek_arrayd_from_string(&number_keys, ',', list.data(), length);
         qek_string_term(&string);
+        qek_string_copy(&string, "old", 3), qek_string_copy(&one_more, "old", 3);
         qek_arrayd_to_string(&number_keys, ',', &string);
         EXPECT_EQ(text_of(string), as_numbers);
         qek_arrayt_init(&elements);

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -62,11 +63,11 @@ void compare_with_loops(random_numbers &random, const scan::set &by)
     EXPECT_EQ(by.equal_but_for_case(a.data(), b.data(), size), in_blocks(alike));
     const std::int64_t turned = by.turn_case('A', b.data(), size);
     EXPECT_EQ(turned, in_blocks(size));
-    EXPECT_TRUE(
-        std::all_of(b.begin(), b.begin() + turned, [](auto ch) { return lowered(ch) == ch; }));
+    EXPECT_TRUE(std::all_of(b.begin(), b.begin() + static_cast<std::ptrdiff_t>(turned),
+                            [](auto ch) { return lowered(ch) == ch; }));
 
     for (const int unit : {1, 2}) {
-        const bytes hay(a.begin(), a.end() - size % unit);
+        const bytes hay(a.begin(), a.end() - std::ssize(a) % unit);
         const auto units = static_cast<int>(hay.size()) / unit;
         const int count = random.between(2, std::max(2, random.one_of({units, 5})));
         if (units < count) {

@@ -317,6 +317,8 @@ TEST(convert, formats_in_the_room_of_its_estimate)
     expect_format(0, "%s", "");
     expect_format(1, "%S", L"a");
     expect_format(34, "%5d|%s", 42, "ab");
+    expect_format(34, "%ld|%s", 42L, "ab");
+    expect_format(34, "%zu|%s", std::size_t{42}, "ab");
     expect_format(34, "%-40s|%s", "ab", "cd");
     expect_format(32 + 4, "%.2s|%s", "abcdef", "tail");
     expect_format(4 * 32 + 4, "%lld %f %zu %p %s", 1LL << 40, 2.5, std::size_t{7}, nullptr, "tail");
