@@ -429,13 +429,13 @@ void clone(const Table &source, qek_pool *source_aux, Table &target, qek_pool *t
                                              target.entry_pool);
     const pool::translation values(source.owns_value_pool != 0, source.value_pool,
                                    target.value_pool);
-    target.entry_count = source.entry_count;
     if (entries.is_made() && copier.copies_words(values) && fills_its_pool<Entry>(source)) {
         pool::for_each_slot<Entry>(*target.entry_pool,
                                    [&](Entry &copy) { copy.next = entries.of(copy.next); });
         for (std::int32_t bucket = 0; bucket < source.buckets.count; ++bucket) {
             set_head(target.buckets, bucket, entries.of(head_of<Entry>(source.buckets, bucket)));
         }
+        target.entry_count = source.entry_count;
         return;
     }
     for (std::int32_t bucket = 0; bucket < source.buckets.count; ++bucket) {
@@ -448,6 +448,7 @@ void clone(const Table &source, qek_pool *source_aux, Table &target, qek_pool *t
         }
         set_head(target.buckets, bucket, copied.head());
     }
+    target.entry_count = source.entry_count;
 }
 
 } // namespace qek::hash
