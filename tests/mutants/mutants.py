@@ -11,7 +11,6 @@ are told apart and not counted. The last line counts; the result is 0 if enough 
 import argparse
 import collections
 import concurrent.futures
-import contextlib
 import errno
 import functools
 import json
@@ -167,11 +166,9 @@ class Tests:
         try:
             return process.wait(seconds and 20 * seconds)
         except subprocess.TimeoutExpired:
-            return None
-        finally:  # with the children that it forked
-            with contextlib.suppress(ProcessLookupError):
-                os.killpg(process.pid, signal.SIGKILL)
+            os.killpg(process.pid, signal.SIGKILL)  # with the children that it forked
             process.wait()
+            return None
 
     def pass_with(self, program, names):
         """Whether they pass, in a few times the time of the processor that they usually take."""
