@@ -178,7 +178,7 @@ template <typename Key> words literally(const std::vector<keyed_slot> &given, in
 TEST(sort, keys_of_its_own_end_where_the_literal_steps_put_them)
 {
     qek_test::random_numbers random;
-    for (const std::size_t size : {2U, 9U, 33U, 255U, 256U, 257U, 390U, 1000U, 3000U, 20000U}) {
+    for (const std::size_t size : {2U, 9U, 33U, 256U, 257U, 390U, 1024U, 1025U, 3000U, 20000U}) {
         const auto noise = [&](std::size_t below) { return random.below(below); };
         const std::function<std::uint64_t(std::size_t)> shapes[] = {
             [&](std::size_t) { return std::uint64_t{noise(1U << 31)} << 33 | noise(1U << 31); },

@@ -108,6 +108,12 @@ def source_lines(file):
         return []
 
 
+def source_line(mutant):
+    """The line, if there is one: of an included file, compilers may tell the wrong name."""
+    lines = ["", *source_lines(mutant.file)]
+    return lines[mutant.line] if mutant.line < len(lines) else ""
+
+
 def read_equivalents(path):
     """What equivalent.txt lists; if lines of it are no lines of the source, the program ends."""
     entries, stale = [], []
@@ -236,7 +242,7 @@ def main():
             for count, (mutant, survived) in enumerate(
                     zip(mutants, pool.map(survives, mutants)), 1):
                 if survived:
-                    text = (["", *source_lines(mutant.file)])[mutant.line]
+                    text = source_line(mutant)
                     reason = reason_for(mutant, text, equivalents)
                     survivors += reason is None
                     equivalent += reason is not None
