@@ -457,7 +457,7 @@ TYPED_TEST_P(text_keyed_suite, tells_keys_apart_by_each_byte)
     using family = TypeParam;
     modelled<family> of;
     std::vector<any_key> all;
-    for (const std::size_t length : {1, 7, 8, 9, 15, 16, 17, 31, 32, 33, 40}) {
+    for (const std::size_t length : {1U, 7U, 8U, 9U, 15U, 16U, 17U, 31U, 32U, 33U, 40U}) {
         all.push_back({std::string(length, 'k')});
         for (std::size_t at = 0; at < length; ++at) {
             for (const char other : {'a', '\xF0'}) {
