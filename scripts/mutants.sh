@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # SPDX-FileCopyrightText: 2026 The qek_std authors
 # mutants.sh [COUNT [OPTION...]]: how many of so many changes of the compiled library the tests
-# notice; 500 of them if not told, 0 for all that there are. At least 95 % have to be. The options
+# notice; 300 of them if not told, 0 for all that there are. At least 95 % have to be. The options
 # are those of tests/mutants/mutants.py, say --seed 2 for another sample.
 set -euo pipefail
 
@@ -20,7 +20,7 @@ make_test_objects
 relink "$build" g++ "-Og -g1 -fno-inline"
 enough() {
     "$root/tests/mutants/mutants.py" "$build/tests" "$build/watched.a" --least 95 \
-        --sample "${1:-500}" "${@:2}" | tee "$build/mutants.txt" >&3
+        --sample "${1:-300}" "${@:2}" | tee "$build/mutants.txt" >&3
 }
 exec 3>&1
 check "mutants" enough "$@"

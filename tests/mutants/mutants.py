@@ -28,11 +28,12 @@ Mutant = collections.namedtuple("Mutant", "address offset old new text symbol fi
 
 ROOT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 
-# Of each folder's functions, the tests that are likely to kill. They run first, the others if need
-# be; those that go deep never, as they do what others do, only longer.
+# Of each folder's functions, the tests that are likely to kill. They run first, the quick ones in
+# front, as what does not end is waited for as long as they take. The others follow if need be, but
+# never those that go deep, as they do what others do, only longer.
 NEAR = {
-    "array": "arr|sort|readers", "base": "str|mem|slice|text|convert|stream|keyed", "bits": "bits",
-    "btree": "btree|readers", "hash": "hash|readers", "list": "list|readers",
+    "array": "arr|sort|readers", "base": "scan|str|mem|slice|text|convert|stream|keyed",
+    "bits": "bits", "btree": "btree|readers", "hash": "hash|readers", "list": "list|readers",
     "pool": "pool|arrays|lists", "stream": "stream|fields|compact|readers|text|convert",
     "text": "str|text|convert|slice|char", "tree": "tree"}
 DEEP = "a_million"
@@ -184,7 +185,9 @@ class Tests:
     def stages(self, file):
         pattern = NEAR.get(file.split("/")[0], "$")
         near = [name for name in self.seconds if re.search(pattern, name)]
-        return near, [name for name in self.seconds if name not in near]
+        quick = [name for name in near if self.seconds[name] < 0.05]
+        return (quick, [name for name in near if name not in quick],
+                [name for name in self.seconds if name not in near])
 
 
 def prepare(program, tests):

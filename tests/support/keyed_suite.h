@@ -455,7 +455,6 @@ TYPED_TEST_P(text_keyed_suite, stores_an_empty_key_when_its_text_finds_no_room)
 TYPED_TEST_P(text_keyed_suite, tells_keys_apart_by_each_byte)
 {
     using family = TypeParam;
-    modelled<family> of;
     std::vector<any_key> all;
     for (const std::size_t length : {1U, 7U, 8U, 9U, 15U, 16U, 17U, 31U, 32U, 33U, 40U}) {
         all.push_back({std::string(length, 'k')});
@@ -466,14 +465,23 @@ TYPED_TEST_P(text_keyed_suite, tells_keys_apart_by_each_byte)
             }
         }
     }
-    qek_word value = 0;
-    for (const any_key &key : all) {
-        EXPECT_EQ(family::insert(&of, key, ++value), 1) << key.bytes;
-        EXPECT_EQ(family::insert(&of, key, 0), 0) << key.bytes;
-    }
-    value = 0;
-    for (const any_key &key : all) {
-        EXPECT_EQ(family::get(&of, key), ++value) << key.bytes;
+    for (const std::int16_t order : family::orders) {
+        modelled<family> of;
+        family::order(of) = order;
+        qek_word value = 0;
+        for (const any_key &key : all) {
+            EXPECT_EQ(family::insert(&of, key, ++value), 1) << key.bytes;
+            EXPECT_EQ(family::insert(&of, key, 0), 0) << key.bytes;
+        }
+        value = 0;
+        for (any_key key : all) {
+            EXPECT_EQ(family::get(&of, key), ++value) << key.bytes;
+            key.bytes.back() = key.bytes.back() == 'k' ? 'K' : key.bytes.back();
+            const bool is_same = order != 0 || key.bytes.back() != 'K';
+            EXPECT_EQ(family::get(&of, key), is_same ? value : 0) << key.bytes;
+            key.bytes.front() = key.bytes.front() == 'k' ? 'K' : key.bytes.front();
+            EXPECT_TRUE(order == 0 || family::get(&of, key) == value) << key.bytes;
+        }
     }
 }
 

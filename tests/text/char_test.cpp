@@ -260,6 +260,7 @@ TEST(char_slice, owns_one_copy_and_maps_its_ascii_letters)
 {
     qek_char record{nullptr, 99};
     qek_char_init(&record);
+    EXPECT_EQ(record.length, 0);
     const allocations watch;
     qek_char_copy(&record, nullptr, 3);
     qek_char_copy(&record, "aZ\0\xE1[", 5);
