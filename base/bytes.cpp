@@ -43,7 +43,7 @@ std::uint64_t difference_at(const std::uint8_t *a, const std::uint8_t *b, std::i
                                              std::int64_t size) noexcept
 {
     if constexpr (scan::is_there) {
-        return scan::set_for(size).mismatch(a, b, size);
+        return scan::mismatch(a, b, size);
     } else {
         std::int64_t at = 0;
         while (at < size) {

@@ -26,7 +26,7 @@ inline std::uint32_t mask_of(__v16qu bytes) noexcept
     return static_cast<std::uint32_t>(_mm_movemask_epi8(reinterpret_cast<__m128i>(bytes)));
 }
 
-#include "base/scan.inc.h"
+#include "base/scan.inc"
 #undef QEK_INSTRUCTIONS
 
 // Fewer bytes than a block, and zeros behind them.
@@ -57,7 +57,12 @@ std::int64_t find_in_few(const std::uint8_t *hay, std::int64_t hay_size, const s
     return pick(hay, places, needle, needle_size);
 }
 
+constinit const set functions = {width,    find<std::uint8_t>, find<std::uint16_t>,
+                                 mismatch, equal_but_for_case, turn_case};
+
 } // namespace of_16
+
+const set &set_for(std::int64_t size) noexcept { return size < 64 ? of_16::functions : best(); }
 
 template <typename Find, typename FindInFew>
 std::int64_t find(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
@@ -70,8 +75,12 @@ std::int64_t find(const std::uint8_t *hay, std::int64_t hay_size, const std::uin
 
 } // namespace
 
-constinit const set by_16 = {of_16::width,    of_16::find<std::uint8_t>, of_16::find<std::uint16_t>,
-                             of_16::mismatch, of_16::equal_but_for_case, of_16::turn_case};
+const set &by_16() noexcept { return of_16::functions; }
+
+std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept
+{
+    return set_for(size).mismatch(a, b, size);
+}
 
 std::int64_t find_bytes(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
                         std::int64_t needle_size) noexcept
@@ -101,7 +110,7 @@ QEK_INSTRUCTIONS inline std::uint32_t mask_of(__v32qu bytes) noexcept
     return static_cast<std::uint32_t>(_mm256_movemask_epi8(reinterpret_cast<__m256i>(bytes)));
 }
 
-#include "base/scan.inc.h"
+#include "base/scan.inc"
 #undef QEK_INSTRUCTIONS
 
 constinit const set functions = {width,    find<std::uint8_t>, find<std::uint16_t>,
@@ -111,8 +120,6 @@ const set &get() noexcept { return functions; }
 
 } // namespace of_32
 
-const set &get_by_16() noexcept { return by_16; } // GCOVR_EXCL_LINE: one processor runs the tests
-
 } // namespace
 
 using getter = const set &() noexcept;
@@ -120,14 +127,14 @@ using getter = const set &() noexcept;
 QEK_AT_LOAD [[gnu::used]] getter *choose_set() noexcept
 {
     const bool has_32 = (processor::skills() & processor::has_vectors_of_32) != 0;
-    return has_32 ? of_32::get : get_by_16; // GCOVR_EXCL_BR_LINE: one processor
+    return has_32 ? of_32::get : by_16; // GCOVR_EXCL_BR_LINE: one processor
 }
 
 [[gnu::ifunc("_ZN3qek4scan10choose_setEv")]] getter best;
 
 #else
 
-const set &best() noexcept { return by_16; }
+const set &best() noexcept { return by_16(); }
 
 #endif
 

@@ -37,15 +37,15 @@ struct set {
     std::int64_t (*turn_case)(std::uint8_t first, std::uint8_t *bytes, std::int64_t size) noexcept;
 };
 
-extern const set by_16;
+const set &by_16() noexcept;
 const set &best() noexcept;
 
-inline const set &set_for(std::int64_t size) noexcept { return size < 64 ? by_16 : best(); }
-
-// `find_bytes` and `find_pairs` of the right set, for any number of places from one on.
+// Those of the right set: the searches for any number of places from one on, the comparison for 16
+// bytes and more.
 std::int64_t find_bytes(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
                         std::int64_t needle_size) noexcept;
 std::int64_t find_pairs(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
                         std::int64_t needle_size) noexcept;
+std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept;
 
 } // namespace qek::scan

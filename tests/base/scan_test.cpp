@@ -91,7 +91,7 @@ TEST(scan, finds_and_compares_as_plain_loops_do_in_each_set)
     if constexpr (scan::is_there) {
         random_numbers random;
         for (int round = 0; random.goes_on(round, 20000) && !HasFailure(); ++round) {
-            compare_with_loops(random, scan::by_16);
+            compare_with_loops(random, scan::by_16());
             compare_with_loops(random, scan::best());
         }
     }
