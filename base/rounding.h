@@ -12,7 +12,7 @@ namespace qek {
 // In each other direction, one of them goes away from it.
 inline bool rounds_to_nearest() noexcept
 {
-    static const volatile double quarter_step = 0x1p-54; // of the distance to the double above 1
+    const volatile double quarter_step = 0x1p-54; // of the distance to the double above 1
     const double step = quarter_step;
     return 1.0 + step == 1.0 - step;
 }
