@@ -14,6 +14,7 @@
 #include "array/key_sort.h"
 #include "array/keyed.h"
 
+#include <cstring>
 #include <type_traits>
 
 namespace qek::array {
@@ -34,11 +35,11 @@ template <storage Record> struct number_policy {
     }
     static void append(record &array, key added, qek_word value) noexcept
     {
-        array::append(array, {added, value});
+        array::append(array, made_of(added, value));
     }
     static void insert_at(record &array, std::int32_t index, key added, qek_word value) noexcept
     {
-        array::insert_at(array, index, {added, value});
+        array::insert_at(array, index, made_of(added, value));
     }
     template <typename Take>
     static void take_out(record &array, std::int32_t index, Take take) noexcept
@@ -48,6 +49,17 @@ template <storage Record> struct number_policy {
         }
         take(slot_at(array, index).value);
         shift_down(array, index);
+    }
+
+  private:
+    // What lies between key and value is zero too, for those who look at slots as bytes.
+    static slot made_of(key added, qek_word value) noexcept
+    {
+        slot made;
+        std::memset(&made, 0, sizeof made);
+        made.key = added;
+        made.value = value;
+        return made;
     }
 };
 

@@ -107,12 +107,11 @@ std::int32_t find_last_byte(const void *bytes, std::int32_t size, std::uint8_t c
 std::int32_t find_bytes(const void *hay, std::int32_t hay_size, const void *needle,
                         std::int32_t needle_size) noexcept
 {
-    if (hay_size < needle_size) {
+    if (hay_size < larger(needle_size, 0)) {
         return -1;
     }
     if (needle_size < 2) {
-        const std::int64_t places =
-            larger<std::int64_t>(wide(hay_size) - larger(needle_size, 0) + 1, 0);
+        const std::int64_t places = wide(hay_size) - larger(needle_size, 0) + 1;
         const void *hit = std::memchr(hay, as_bytes(needle)[0], static_cast<std::size_t>(places));
         return hit == nullptr ? -1 : distance(hay, hit);
     }

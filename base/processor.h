@@ -58,7 +58,8 @@ QEK_AT_LOAD inline unsigned int skills() noexcept
     if ((kept & kept_of_32) == kept_of_32 && (b & bit_AVX2) != 0) {
         found |= has_vectors_of_32;
     }
-    if ((kept & kept_of_64) == kept_of_64 && (b & bit_AVX512F) != 0 && (c & bit_VPCLMULQDQ) != 0) {
+    if (multiplies && (kept & kept_of_64) == kept_of_64 && (b & bit_AVX512F) != 0 &&
+        (c & bit_VPCLMULQDQ) != 0) {
         found |= multiplies_in_vectors_of_64;
     }
     return found;

@@ -109,8 +109,12 @@ inline void *take(qek_pool &pool) noexcept
         qek_pool_table &freed = pool.freed;
         qek_pool_table &items = pool.items;
         if (freed.used > 0 && freed.next_slot > 0) {
-            ++pool.live_count;
-            return freed_entries(freed, freed.used - 1)[--freed.next_slot];
+            void *const item = freed_entries(freed, freed.used - 1)[freed.next_slot - 1];
+            if (item != nullptr) { // as what was no item of a copied pool became
+                --freed.next_slot;
+                ++pool.live_count;
+                return item;
+            }
         }
         if (freed.used == 0 && has_room(items, pool)) {
             ++pool.live_count;

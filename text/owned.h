@@ -154,6 +154,9 @@ std::int32_t substitute(typename Form::record &text, const typename Form::unit *
     const std::int32_t skipped = measured(find, -1);
     const span<typename Form::unit> searched = {text.data, measured(text.data, -1)};
     const auto find_next = [&] {
+        if (!is_place_in(span_of(text), result.done())) {
+            return -1; // also where the text has lost its end and goes on
+        }
         return skipped == 0 ? find_in_owned(span_of(text), find, -1, result.done())
                             : find_text_in(searched, find, skipped, result.done());
     };

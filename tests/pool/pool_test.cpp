@@ -58,6 +58,18 @@ TEST(pool, needs_an_item_size)
 
 // 33 blocks of items, then the stack that holds all of them.
 // The caller may write the count of items in a block at any time; below 16 means 16.
+// What was given back from elsewhere is null in a copy of the pool, and is passed over.
+TEST(pool, hands_out_a_fresh_item_in_place_of_a_freed_null)
+{
+    test_pool pool;
+    std::uint8_t elsewhere[8];
+    const auto *first = static_cast<std::uint8_t *>(qek_pool_new(&pool));
+    qek_pool_free(&pool, elsewhere);
+    static_cast<void **>(pool.freed.blocks[0])[0] = nullptr;
+    EXPECT_EQ(qek_pool_new(&pool), first + 8);
+    EXPECT_EQ(pool.live_count, 1);
+}
+
 TEST(pool, goes_on_when_the_items_per_block_are_reset)
 {
     qek_pool pool;

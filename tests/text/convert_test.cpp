@@ -267,6 +267,16 @@ TEST(convert, replaces_as_told_also_by_its_own_text_and_without_memory)
     substitute_at_random(copy_bytes, replacing_by(qek_string_replace, qek_string_replace_char));
 }
 
+TEST(convert, replaces_up_to_the_length_when_the_end_was_overwritten)
+{
+    string text;
+    qek_string_copy(&text, "ab", 2);
+    qek_string_set_at(&text, 2, 'a');
+    qek_string_set_at(&text, 3, 'b');
+    EXPECT_EQ(qek_string_replace(&text, "ab", "x"), 1);
+    EXPECT_STREQ(reinterpret_cast<const char *>(text.data), "x");
+}
+
 TEST(convert, replaces_wide_text_likewise)
 {
     substitute_at_random(qek_wchar_copy, replacing_by(qek_wchar_replace, qek_wchar_replace_char));
