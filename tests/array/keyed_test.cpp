@@ -318,7 +318,6 @@ template <typename Functions> struct session {
         m.fail_from = random.one_in(4) ? random.between(1, 2) : 0;
         told.clear();
         probes.clear();
-        out = nullptr;
         const int found = m.search(key).first;
         path = std::exchange(probes, {});
         const int position = m.search(key).second, near = std::min(position, m.count - 1);
@@ -366,6 +365,7 @@ template <typename Functions> struct session {
                     out = &made;
                     both<insert_new>(found >= 0 || is_lost ? -1 : position, key, out, prepare);
                     EXPECT_EQ(made, item);
+                    out = nullptr;
                 }
             },
             [&] {
