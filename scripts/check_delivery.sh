@@ -223,7 +223,7 @@ is_hardened() {
 has_debug_information() {
     local id
     id=$(readelf -n "$system/usr/lib/$multiarch/$soname" | sed -n 's/.*Build ID: //p')
-    readelf -S "$system/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug" | grep -q debug_info
+    [[ $(readelf -S "$system/usr/lib/debug/.build-id/${id:0:2}/${id:2}.debug") == *debug_info* ]]
 }
 compiles_against_it() {
     local -x PKG_CONFIG_LIBDIR=$system/usr/lib/$multiarch/pkgconfig PKG_CONFIG_SYSROOT_DIR=$system
