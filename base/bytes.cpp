@@ -38,7 +38,7 @@ std::uint64_t difference_at(const std::uint8_t *a, const std::uint8_t *b, std::i
     return load_low_first<std::uint64_t>(a + at) ^ load_low_first<std::uint64_t>(b + at);
 }
 
-// By words, the last of which overlaps the one before.
+// By vectors, or by words: the last one overlaps the one before.
 [[gnu::noinline]] std::int64_t long_mismatch(const std::uint8_t *a, const std::uint8_t *b,
                                              std::int64_t size) noexcept
 {

@@ -114,19 +114,24 @@ void term(qek_hash &table) noexcept
     hash::term(table);
 }
 
-// Apart, so that the common way is a jump to the sum.
-[[gnu::noinline]] std::uint32_t number_of(const void *key, std::int32_t length,
-                                          bool ignore_case) noexcept
+[[gnu::noinline]] std::uint32_t measured_number(const void *key, std::int32_t length,
+                                                bool ignore_case) noexcept
 {
     return hash::of_text(keys::given(key, length), ignore_case);
+}
+
+// In two, so that the common way is a jump to the sum.
+std::uint32_t number_of(const void *key, std::int32_t length, bool ignore_case) noexcept
+{
+    return length >= 0 && !ignore_case ? hash::of_bytes(as_bytes(key), length)
+                                       : measured_number(key, length, ignore_case);
 }
 
 } // namespace
 
 uint32_t qek_hash_key(const void *key, int32_t length, int32_t ignore_case)
 {
-    return length >= 0 && ignore_case == 0 ? hash::of_bytes(as_bytes(key), length)
-                                           : number_of(key, length, ignore_case != 0);
+    return number_of(key, length, ignore_case != 0);
 }
 
 void qek_hash_init(qek_hash *hash, int32_t own_entry_pool, int32_t own_value_pool)
