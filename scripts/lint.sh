@@ -24,6 +24,7 @@ check "clang-format, ${#sources[@]} files" clang-format --dry-run -Werror "${sou
 
 mapfile -t scripts < <(all_files '*.sh')
 check "shellcheck, $((${#scripts[@]} + 1)) scripts" shellcheck -x .ci/run "${scripts[@]}"
+check "list of equivalent mutants" tests/mutants/mutants.py
 
 for compiler in gcc clang g++ clang++; do
     for bits in 64 32; do
