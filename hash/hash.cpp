@@ -45,9 +45,7 @@ struct text_policy {
             return;
         }
         keys::erase(of.keys, gone);
-        if (fills_its_pool(of) && has_few_freed(of) && sweep_pool(*of.entry_pool, gone)) {
-            removed.key_offset = gone.offset;
-        } else {
+        if (!fills_its_pool(of) || !has_few_freed(of) || !sweep_pool(*of.entry_pool, gone)) {
             hash::for_each<entry>(of.buckets,
                                   [&](entry &other) { keys::follow_removal(other, gone); });
         }
@@ -89,7 +87,11 @@ struct text_policy {
             turned &= freed.key_offset;
         });
         if (turned != 0) {
-            pool::for_each_slot<entry>(pool, [=](entry &at) { keys::follow_removal(at, gone); });
+            const auto offset = static_cast<std::int32_t>(gone.offset);
+            const auto length = static_cast<std::uint32_t>(gone.length);
+            pool::for_each_slot<entry>(pool, [=](entry &at) {
+                at.key_offset -= static_cast<std::int32_t>(at.key_offset) > offset ? length : 0U;
+            });
         }
         pool::for_each_freed<entry>(pool, turn);
         return turned != 0;
