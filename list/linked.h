@@ -137,10 +137,8 @@ qek_word remove(List &list, node_of<List> *at, Forget forget) noexcept
     }
     unlink(list, at);
     forget(*at);
-    const qek_word value = at->value;
-    pool::give(*list.node_pool, at);
     --list.count;
-    return value;
+    return pool::give(*list.node_pool, at, at->value);
 }
 
 template <typename List> void forget_nodes(List &list) noexcept

@@ -17,13 +17,27 @@ using node = qek_list_node;
 // up is more tolerant.
 keys::text raw(const void *key, std::int32_t length) noexcept { return {as_bytes(key), length}; }
 
-node *new_entry(qek_list &list, keys::text key, qek_word value) noexcept
+[[gnu::noinline]] node *new_entry(qek_list &list, keys::text key, qek_word value) noexcept
 {
     node *made = list::new_node(list);
     if (made != nullptr) {
         keys::store(list.keys, *made, keys::measured_strictly(key));
         made->value = value;
     }
+    return made;
+}
+
+// The same where no key and an item at hand are usual: then there is nothing to keep for a call.
+node *entry_at_hand(qek_list &list, keys::text key, qek_word value) noexcept
+{
+    node *made = key.bytes == nullptr && key.length >= 0
+                     ? pool::cleared<node, pool::take_at_hand>(*list.node_pool)
+                     : nullptr;
+    if (made == nullptr) {
+        return new_entry(list, key, value);
+    }
+    made->key_offset = static_cast<std::uint32_t>(list.keys.length);
+    made->value = value;
     return made;
 }
 
@@ -41,6 +55,11 @@ node *new_entry_with_item(qek_list &list, keys::text key, qek_value_fn init_valu
 auto making(qek_list &list, keys::text key, qek_word value) noexcept
 {
     return [&list, key, value] { return new_entry(list, key, value); };
+}
+
+auto making_at_hand(qek_list &list, keys::text key, qek_word value) noexcept
+{
+    return [&list, key, value] { return entry_at_hand(list, key, value); };
 }
 
 auto making_item(qek_list &list, keys::text key, qek_value_fn init_value) noexcept
@@ -84,21 +103,27 @@ node *find(const qek_list &list, keys::text key) noexcept
         list, [&](const node &at) { return keys::equal(keys::text_of(list.keys, at), key); });
 }
 
-// The key text closes up at once, and every other entry follows.
-void forget_key(qek_list &list, node &removed) noexcept
+void forget_key(node &removed) noexcept
 {
-    const keys::run gone = keys::run_of(removed);
-    if (gone.length > 0) {
-        keys::erase(list.keys, gone);
-        list::for_each(list, [&](node &other) { keys::follow_removal(other, gone); });
-    }
     removed.key_offset = 0;
     removed.key_length = 0;
 }
 
+// The key text closes up at once, and every other entry follows.
+[[gnu::noinline]] qek_word remove_with_key(qek_list &list, node *at) noexcept
+{
+    return list::remove(list, at, [&](node &removed) {
+        const keys::run gone = keys::run_of(removed);
+        keys::erase(list.keys, gone);
+        list::for_each(list, [&](node &other) { keys::follow_removal(other, gone); });
+        forget_key(removed);
+    });
+}
+
 qek_word remove(qek_list &list, node *at) noexcept
 {
-    return list::remove(list, at, [&](node &removed) { forget_key(list, removed); });
+    return at != nullptr && at->key_length > 0 ? remove_with_key(list, at)
+                                               : list::remove(list, at, forget_key);
 }
 
 void remove_all(qek_list &list) noexcept
@@ -170,13 +195,13 @@ void qek_list_clone(const qek_list *source, qek_pool *source_aux_pool, qek_list 
 qek_list_node *qek_list_add_head(qek_list *list, const void *key, int32_t key_length,
                                  qek_word value)
 {
-    return list::add_head(*list, making(*list, raw(key, key_length), value));
+    return list::add_head(*list, making_at_hand(*list, raw(key, key_length), value));
 }
 
 qek_list_node *qek_list_add_tail(qek_list *list, const void *key, int32_t key_length,
                                  qek_word value)
 {
-    return list::add_tail(*list, making(*list, raw(key, key_length), value));
+    return list::add_tail(*list, making_at_hand(*list, raw(key, key_length), value));
 }
 
 void *qek_list_add_head_new(qek_list *list, const void *key, int32_t key_length,

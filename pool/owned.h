@@ -56,7 +56,7 @@ template <typename Flag> qek_pool *borrowed(qek_pool *pool, Flag owns) noexcept
 
 // An item from a pool of such items, cleared also when it was used before; null when the pool gives
 // none.
-template <typename Item> inline Item *cleared(qek_pool &pool) noexcept
+template <typename Item, auto take = pool::take> inline Item *cleared(qek_pool &pool) noexcept
 {
     auto *item = static_cast<Item *>(take(pool));
     if (item != nullptr) {

@@ -168,10 +168,10 @@ void empty(qek_pool &pool) noexcept
     return item;
 }
 
-[[gnu::noinline]] void give_anywhere(qek_pool &pool, void *item) noexcept
+[[gnu::noinline]] qek_word give_anywhere(qek_pool &pool, void *item, qek_word answer) noexcept
 {
     if (item == nullptr) {
-        return;
+        return answer;
     }
     qek_pool_table &freed = pool.freed;
     settle_items_per_block(pool);
@@ -180,6 +180,7 @@ void empty(qek_pool &pool) noexcept
     }
     freed_entries(freed, freed.used - 1)[freed.next_slot++] = item;
     --pool.live_count;
+    return answer;
 }
 
 qek_pool *made(std::size_t item_size) noexcept

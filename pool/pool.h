@@ -99,11 +99,11 @@ void for_each_freed(const qek_pool &pool, Visit visit) noexcept
 
 // `take` and `give` in full.
 void *take_anywhere(qek_pool &pool) noexcept;
-void give_anywhere(qek_pool &pool, void *item) noexcept;
+qek_word give_anywhere(qek_pool &pool, void *item, qek_word answer) noexcept;
 
-// A recycled item keeps its bytes; a fresh one is zero. Null for an item size of 0. Where the block
-// at hand serves, no call is made: a third of the time of a list that is filled and drained.
-inline void *take(qek_pool &pool) noexcept
+// `take` where the block at hand serves, and null where it does not. Without a call, a third of the
+// time of a list that is filled and drained.
+inline void *take_at_hand(qek_pool &pool) noexcept
 {
     if (pool.item_size != 0 && pool.items_per_block >= least_items_per_block) {
         qek_pool_table &freed = pool.freed;
@@ -122,19 +122,27 @@ inline void *take(qek_pool &pool) noexcept
             return base + wide(items.next_slot++) * pool.item_size;
         }
     }
-    return take_anywhere(pool);
+    return nullptr;
 }
 
-// Null is ignored.
-inline void give(qek_pool &pool, void *item) noexcept
+// A recycled item keeps its bytes; a fresh one is zero. Null for an item size of 0.
+inline void *take(qek_pool &pool) noexcept
+{
+    void *const item = take_at_hand(pool);
+    return item != nullptr ? item : take_anywhere(pool);
+}
+
+// Null is ignored. The answer is for who gives an item as the last thing, and then makes no call that
+// anything has to be kept for.
+inline qek_word give(qek_pool &pool, void *item, qek_word answer = 0) noexcept
 {
     qek_pool_table &freed = pool.freed;
     if (item != nullptr && pool.items_per_block >= least_items_per_block && has_room(freed, pool)) {
         freed_entries(freed, freed.used - 1)[freed.next_slot++] = item;
         --pool.live_count;
-        return;
+        return answer;
     }
-    give_anywhere(pool, item);
+    return give_anywhere(pool, item, answer);
 }
 
 inline int order_addresses(const void *a, const void *b) noexcept
