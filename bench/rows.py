@@ -61,8 +61,8 @@ ROWS = {
     ],
     "arrays_append_far": [Against("vector", limit="growth")],
     "arrays_append_expanded": [Against("vector", every(1.3, 10 * M))],
-    "array_insert_middle": [Against("loop", every(0.15, 100 * K))],
-    "array_remove_middle": [Against("loop", every(0.15, 100 * K))],
+    "array_insert_middle": [Against("loop", every(0.15, 100 * K), "moving")],
+    "array_remove_middle": [Against("loop", every(0.15, 100 * K), "moving")],
     "pool_batch": [
         Against("malloc", every(0.5, *TWO)),
         Against("boost", every(1.8, *TWO), "open pool"),
@@ -134,7 +134,8 @@ for work in ("queue", "stack"):
             Against("std", every(0.6, *TWO)),
             Against("glib", every(0.6, *TWO)),
         ]
-    ROWS[f"listx_{work}"] = [Against("deque", every(2.0, *TWO))]
+    limit = "packed" if work == "queue" else None
+    ROWS[f"listx_{work}"] = [Against("deque", every(2.0, *TWO), limit)]
 for number, target in (("integer", (0.2, 0.85)), ("long", (0.2, 0.85)), ("double", (0.05, 0.5))):
     ROWS[f"print_{number}"] = [
         Against("snprintf", every(target[0], *COUNT)),
