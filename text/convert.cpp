@@ -92,10 +92,11 @@ double decimal_of(const qek_string &string) noexcept
 
 void match(qek_string &string, const void *marker, std::va_list &texts) noexcept
 {
-    text::substitute<string_form>(string, as_bytes(marker), [&](const std::uint8_t *&inserted) {
-        inserted = va_arg(texts, const std::uint8_t *);
-        return inserted != nullptr;
-    });
+    text::substitute<string_form>(string, as_bytes(marker),
+                                  [&](text::span<std::uint8_t> &inserted) {
+                                      inserted.data = va_arg(texts, const std::uint8_t *);
+                                      return inserted.data != nullptr;
+                                  });
 }
 
 void write(qek_string &string, const char *format, std::va_list &arguments) noexcept
