@@ -19,25 +19,44 @@ using buffer::string_form;
 
 namespace {
 
+using number::decimal_text;
+using number::integer_text;
+
+template <typename Text, typename Number>
+void end_growing(qek_string &string, std::int32_t from, Number value, std::int64_t end) noexcept;
+
 // Puts the text of a number at `from`, where it ends the string.
-template <typename Text>
-void end_with_text(qek_string &string, std::int32_t from, const Text &text) noexcept
+template <typename Text, typename Number>
+[[gnu::noinline]] void end_with(qek_string &string, std::int32_t from, Number value) noexcept
 {
+    const Text text(value);
     const std::int64_t end = wide(from) + text.length();
-    if (buffer::expand<string_form>(string, end)) {
-        text.write(string.data + from, wide(string.capacity) - from);
-        string.length = static_cast<std::int32_t>(end);
+    if (string.capacity < end) {
+        end_growing<Text>(string, from, value, end);
+        return;
+    }
+    string.length = static_cast<std::int32_t>(end);
+    text.write(string.data + from, wide(string.capacity) - from);
+}
+
+// Apart, so that a text that has room is written without the registers that this takes.
+template <typename Text, typename Number>
+[[gnu::noinline]] void end_growing(qek_string &string, std::int32_t from, Number value,
+                                   std::int64_t end) noexcept
+{
+    if (buffer::grow<string_form>(string, end)) {
+        end_with<Text>(string, from, value);
     }
 }
 
 void end_with_number(qek_string &string, std::int32_t from, std::int64_t value) noexcept
 {
-    end_with_text(string, from, number::integer_text(value));
+    end_with<integer_text>(string, from, value);
 }
 
 void end_with_number(qek_string &string, std::int32_t from, double value) noexcept
 {
-    end_with_text(string, from, number::decimal_text(value));
+    end_with<decimal_text>(string, from, value);
 }
 
 const char *text_of(const qek_string &string) noexcept
