@@ -85,14 +85,19 @@ int integer_of(const qek_string &string) noexcept
 double decimal_of(const qek_string &string) noexcept
 {
     constexpr std::int32_t exact_digits = 15;
+    if (!platform::is_point_a_dot()) {     // GCOVR_EXCL_BR_LINE: where tests run, no locale has
+        return std::atof(text_of(string)); // GCOVR_EXCL_LINE: another
+    }
     const std::int32_t first = *string.data == '-' ? 1 : 0;
-    number::digit_run run = number::read_digits(string.data, string.capacity, first);
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    const std::int32_t size = smaller(string.capacity, most - 1) + 1; // with the last zero byte
+    number::digit_run run = number::read_digits(string.data, size, first);
     std::uint64_t digits = run.value;
     std::int32_t count = run.end - first;
     std::int32_t decimals = 0;
     if (count > 0 && string.data[run.end] == '.') {
         const std::int32_t behind_point = run.end + 1;
-        run = number::read_digits(string.data, string.capacity, behind_point);
+        run = number::read_digits(string.data, size, behind_point);
         decimals = run.end - behind_point;
         count += decimals;
         digits = digits * number::tens.of[decimals <= exact_digits ? decimals : 0] + run.value;
@@ -100,9 +105,6 @@ double decimal_of(const qek_string &string) noexcept
     const int next = string.data[run.end] | 0x20; // a small letter, if it is a letter
     if (count == 0 || count > exact_digits || next == 'e' || next == 'x' || !rounds_to_nearest()) {
         return std::atof(text_of(string));
-    }
-    if (!platform::is_point_a_dot()) {     // GCOVR_EXCL_BR_LINE: where tests run, no locale has
-        return std::atof(text_of(string)); // GCOVR_EXCL_LINE: another
     }
     const double value = static_cast<double>(static_cast<std::int64_t>(digits)) /
                          static_cast<double>(static_cast<std::int64_t>(number::tens.of[decimals]));
