@@ -39,8 +39,7 @@ std::uint64_t difference_at(const std::uint8_t *a, const std::uint8_t *b, std::i
 }
 
 // By vectors, or by words: the last one overlaps the one before.
-[[gnu::noinline]] std::int64_t long_mismatch(const std::uint8_t *a, const std::uint8_t *b,
-                                             std::int64_t size) noexcept
+std::int64_t long_mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept
 {
     if constexpr (scan::is_there) {
         return scan::mismatch(a, b, size);
@@ -117,7 +116,7 @@ std::int32_t find_bytes(const void *hay, std::int32_t hay_size, const void *need
     }
     if constexpr (scan::is_there) {
         return static_cast<std::int32_t>(
-            scan::find_bytes(as_bytes(hay), hay_size, as_bytes(needle), needle_size));
+            scan::find(as_bytes(hay), hay_size, as_bytes(needle), needle_size, 1));
     } else {
         const std::int32_t last = hay_size - needle_size;
         for (std::int32_t at = 0; at <= last; ++at) {

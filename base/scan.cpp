@@ -16,6 +16,34 @@ namespace qek::scan {
 
 namespace {
 
+// The bits of a mask where a unit starts.
+constexpr std::uint64_t starts_of(std::int64_t unit) noexcept
+{
+    return unit == 1 ? ~std::uint64_t{0} : ~std::uint64_t{0} / 3;
+}
+
+// The first of the places where the needle really stands.
+[[gnu::noinline]] std::int64_t pick_any(const std::uint8_t *hay, std::uint64_t places,
+                                        const std::uint8_t *needle,
+                                        std::int64_t needle_size) noexcept
+{
+    do {
+        const int place = std::countr_zero(places);
+        if (std::memcmp(hay + place, needle, static_cast<std::size_t>(needle_size)) == 0) {
+            return place;
+        }
+        places &= places - 1;
+    } while (places != 0);
+    return -1;
+}
+
+// The same, or -1 for none.
+inline std::int64_t pick(const std::uint8_t *hay, std::uint64_t places, const std::uint8_t *needle,
+                         std::int64_t needle_size) noexcept
+{
+    return places == 0 ? -1 : pick_any(hay, places, needle, needle_size);
+}
+
 namespace of_16 {
 
 #define QEK_INSTRUCTIONS
@@ -41,60 +69,28 @@ inline vector load_some(const std::uint8_t *bytes, std::int32_t size) noexcept
 
 // For fewer places than a block has: one look at where the needle would start, and one at where it
 // would end.
-template <typename Unit>
 std::int64_t find_in_few(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
-                         std::int64_t needle_size) noexcept
+                         std::int64_t needle_size, std::int64_t unit) noexcept
 {
-    const std::int64_t ahead = needle_size - std::int64_t{sizeof(Unit)};
-    const std::int64_t end = hay_size - ahead;
+    const std::int64_t to_last = needle_size - unit;
+    const std::int64_t end = hay_size - to_last;
     const bool is_short = hay_size < width;
     const vector head = is_short ? load_some(hay, static_cast<std::int32_t>(hay_size)) : load(hay);
     const vector tail = is_short ? head : load(hay + hay_size - width);
-    const std::uint32_t starts = mask_of(equal<Unit>(head, splat<Unit>(needle)));
-    const std::uint32_t ends = mask_of(equal<Unit>(tail, splat<Unit>(needle + ahead)));
-    const std::uint32_t places =
-        starts & ends >> (is_short ? ahead : width - end) & ((1U << end) - 1) & one_a_unit<Unit>;
+    const std::uint32_t firsts = mask_of(equal(head, vector{} + needle[0]));
+    const std::uint32_t lasts = mask_of(equal(tail, vector{} + needle[to_last]));
+    const std::uint64_t places =
+        firsts & lasts >> (is_short ? to_last : width - end) & ((1U << end) - 1) & starts_of(unit);
     return pick(hay, places, needle, needle_size);
 }
 
-constinit const set functions = {width,    find<std::uint8_t>, find<std::uint16_t>,
-                                 mismatch, equal_but_for_case, turn_case};
+constinit const set functions = {width, find, mismatch, equal_but_for_case, turn_case};
 
 } // namespace of_16
-
-const set &set_for(std::int64_t size) noexcept { return size < 64 ? of_16::functions : best(); }
-
-template <typename Find, typename FindInFew>
-std::int64_t find(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
-                  std::int64_t needle_size, Find set::*find, FindInFew find_in_few) noexcept
-{
-    const std::int64_t places = hay_size - needle_size;
-    return places < of_16::width ? find_in_few(hay, hay_size, needle, needle_size)
-                                 : (set_for(places).*find)(hay, hay_size, needle, needle_size);
-}
 
 } // namespace
 
 const set &by_16() noexcept { return of_16::functions; }
-
-std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept
-{
-    return set_for(size).mismatch(a, b, size);
-}
-
-std::int64_t find_bytes(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
-                        std::int64_t needle_size) noexcept
-{
-    return find(hay, hay_size, needle, needle_size, &set::find_bytes,
-                of_16::find_in_few<std::uint8_t>);
-}
-
-std::int64_t find_pairs(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
-                        std::int64_t needle_size) noexcept
-{
-    return find(hay, hay_size, needle, needle_size, &set::find_pairs,
-                of_16::find_in_few<std::uint16_t>);
-}
 
 #if defined(QEK_CHOOSES_AT_LOAD)
 
@@ -113,8 +109,7 @@ QEK_INSTRUCTIONS inline std::uint32_t mask_of(__v32qu bytes) noexcept
 #include "base/scan.inc"
 #undef QEK_INSTRUCTIONS
 
-constinit const set functions = {width,    find<std::uint8_t>, find<std::uint16_t>,
-                                 mismatch, equal_but_for_case, turn_case};
+constinit const set functions = {width, find, mismatch, equal_but_for_case, turn_case};
 
 const set &get() noexcept { return functions; }
 
@@ -123,20 +118,63 @@ const set &get() noexcept { return functions; }
 } // namespace
 
 using getter = const set &() noexcept;
+using finder = std::int64_t(const std::uint8_t *, std::int64_t, const std::uint8_t *, std::int64_t,
+                            std::int64_t) noexcept;
+using comparer = std::int64_t(const std::uint8_t *, const std::uint8_t *, std::int64_t) noexcept;
 
-QEK_AT_LOAD [[gnu::used]] getter *choose_set() noexcept
+QEK_AT_LOAD inline bool has_32() noexcept
 {
-    const bool has_32 = (processor::skills() & processor::has_vectors_of_32) != 0;
-    return has_32 ? of_32::get : by_16; // GCOVR_EXCL_BR_LINE: one processor
+    return (processor::skills() & processor::has_vectors_of_32) != 0;
 }
 
+// GCOVR_EXCL_BR_START: one processor
+QEK_AT_LOAD [[gnu::used]] getter *choose_set() noexcept { return has_32() ? of_32::get : by_16; }
+
+QEK_AT_LOAD [[gnu::used]] finder *choose_find() noexcept
+{
+    return has_32() ? of_32::find : of_16::find;
+}
+
+QEK_AT_LOAD [[gnu::used]] comparer *choose_mismatch() noexcept
+{
+    return has_32() ? of_32::mismatch : of_16::mismatch;
+}
+// GCOVR_EXCL_BR_STOP
+
 [[gnu::ifunc("_ZN3qek4scan10choose_setEv")]] getter best;
+// Those that are called for little get there without a look into the set: a tenth of the time.
+[[gnu::ifunc("_ZN3qek4scan11choose_findEv")]] finder best_find;
+[[gnu::ifunc("_ZN3qek4scan15choose_mismatchEv")]] comparer best_mismatch;
 
 #else
 
 const set &best() noexcept { return by_16(); }
 
+constexpr auto best_find = of_16::find;
+constexpr auto best_mismatch = of_16::mismatch;
+
 #endif
+
+namespace {
+
+constexpr std::int64_t many = 64; // from here on the wider vectors are worth it
+
+} // namespace
+
+std::int64_t find(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
+                  std::int64_t needle_size, std::int64_t unit) noexcept
+{
+    const std::int64_t places = hay_size - needle_size;
+    return (places >= many ? best_find
+            : places >= of_16::width
+                ? of_16::find
+                : of_16::find_in_few)(hay, hay_size, needle, needle_size, unit);
+}
+
+std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept
+{
+    return (size >= many ? best_mismatch : of_16::mismatch)(a, b, size);
+}
 
 } // namespace qek::scan
 

@@ -22,11 +22,10 @@ inline constexpr bool is_there = false;
 struct set {
     std::int64_t width;
 
-    // Where a needle of two units and more stands, or -1; for `width` places and more.
-    std::int64_t (*find_bytes)(const std::uint8_t *hay, std::int64_t hay_size,
-                               const std::uint8_t *needle, std::int64_t needle_size) noexcept;
-    std::int64_t (*find_pairs)(const std::uint8_t *hay, std::int64_t hay_size,
-                               const std::uint8_t *needle, std::int64_t needle_size) noexcept;
+    // Where a needle of two units and more stands, or -1; for `width` places and more. A unit has
+    // one byte or two.
+    std::int64_t (*find)(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
+                         std::int64_t needle_size, std::int64_t unit) noexcept;
     // The index of the first byte that differs, or `size`, which is `width` at least.
     std::int64_t (*mismatch)(const std::uint8_t *a, const std::uint8_t *b,
                              std::int64_t size) noexcept;
@@ -40,12 +39,10 @@ struct set {
 const set &by_16() noexcept;
 const set &best() noexcept;
 
-// Those of the right set: the searches for any number of places from one on, the comparison for 16
+// Those of the right set: the search for any number of places from one on, the comparison for 16
 // bytes and more.
-std::int64_t find_bytes(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
-                        std::int64_t needle_size) noexcept;
-std::int64_t find_pairs(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
-                        std::int64_t needle_size) noexcept;
+std::int64_t find(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
+                  std::int64_t needle_size, std::int64_t unit) noexcept;
 std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept;
 
 } // namespace qek::scan

@@ -81,10 +81,9 @@ inline std::int32_t find_units(const std::uint16_t *hay, std::int32_t hay_size,
         return find_unit(hay, wrapping_sum(last, 1), needle[0]);
     }
     if constexpr (scan::is_there) {
-        const std::int64_t hit = last < 0
-                                     ? -1
-                                     : scan::find_pairs(as_bytes(hay), wide(hay_size) * 2,
-                                                        as_bytes(needle), wide(needle_size) * 2);
+        const std::int64_t hit = last < 0 ? -1
+                                          : scan::find(as_bytes(hay), wide(hay_size) * 2,
+                                                       as_bytes(needle), wide(needle_size) * 2, 2);
         return static_cast<std::int32_t>(hit < 0 ? -1 : hit / 2);
     } else {
         const std::size_t size = static_cast<std::size_t>(needle_size) * sizeof *needle;

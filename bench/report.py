@@ -82,7 +82,7 @@ def compare(entries):
                     "theirs": peer,
                     "ratio": ratio,
                     "target": target,
-                    "limit": against.limit,
+                    "limit": against.limit_at(size),
                     "missed": target is not None and ratio > target,
                     "same": all(side.get("result") == ours.get("result") for side in sides),
                 }

@@ -19,25 +19,44 @@ using buffer::string_form;
 
 namespace {
 
+using number::decimal_text;
+using number::integer_text;
+
+template <typename Text, typename Number>
+void end_growing(qek_string &string, std::int32_t from, Number value, std::int64_t end) noexcept;
+
 // Puts the text of a number at `from`, where it ends the string.
-template <typename Text>
-void end_with_text(qek_string &string, std::int32_t from, const Text &text) noexcept
+template <typename Text, typename Number>
+[[gnu::noinline]] void end_with(qek_string &string, std::int32_t from, Number value) noexcept
 {
+    const Text text(value);
     const std::int64_t end = wide(from) + text.length();
-    if (buffer::expand<string_form>(string, end)) {
-        text.write(string.data + from, wide(string.capacity) - from);
-        string.length = static_cast<std::int32_t>(end);
+    if (string.capacity < end) {
+        end_growing<Text>(string, from, value, end);
+        return;
+    }
+    string.length = static_cast<std::int32_t>(end);
+    text.write(string.data + from, wide(string.capacity) - from);
+}
+
+// Apart, so that a text that has room is written without the registers that this takes.
+template <typename Text, typename Number>
+[[gnu::noinline]] void end_growing(qek_string &string, std::int32_t from, Number value,
+                                   std::int64_t end) noexcept
+{
+    if (buffer::grow<string_form>(string, end)) {
+        end_with<Text>(string, from, value);
     }
 }
 
 void end_with_number(qek_string &string, std::int32_t from, std::int64_t value) noexcept
 {
-    end_with_text(string, from, number::integer_text(value));
+    end_with<integer_text>(string, from, value);
 }
 
 void end_with_number(qek_string &string, std::int32_t from, double value) noexcept
 {
-    end_with_text(string, from, number::decimal_text(value));
+    end_with<decimal_text>(string, from, value);
 }
 
 const char *text_of(const qek_string &string) noexcept
@@ -66,14 +85,19 @@ int integer_of(const qek_string &string) noexcept
 double decimal_of(const qek_string &string) noexcept
 {
     constexpr std::int32_t exact_digits = 15;
+    if (!platform::is_point_a_dot()) {     // GCOVR_EXCL_BR_LINE: where tests run, no locale has
+        return std::atof(text_of(string)); // GCOVR_EXCL_LINE: another
+    }
     const std::int32_t first = *string.data == '-' ? 1 : 0;
-    number::digit_run run = number::read_digits(string.data, string.capacity, first);
+    constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
+    const std::int32_t size = smaller(string.capacity, most - 1) + 1; // with the last zero byte
+    number::digit_run run = number::read_digits(string.data, size, first);
     std::uint64_t digits = run.value;
     std::int32_t count = run.end - first;
     std::int32_t decimals = 0;
     if (count > 0 && string.data[run.end] == '.') {
         const std::int32_t behind_point = run.end + 1;
-        run = number::read_digits(string.data, string.capacity, behind_point);
+        run = number::read_digits(string.data, size, behind_point);
         decimals = run.end - behind_point;
         count += decimals;
         digits = digits * number::tens.of[decimals <= exact_digits ? decimals : 0] + run.value;
@@ -82,9 +106,6 @@ double decimal_of(const qek_string &string) noexcept
     if (count == 0 || count > exact_digits || next == 'e' || next == 'x' || !rounds_to_nearest()) {
         return std::atof(text_of(string));
     }
-    if (!platform::is_point_a_dot()) {     // GCOVR_EXCL_BR_LINE: where tests run, no locale has
-        return std::atof(text_of(string)); // GCOVR_EXCL_LINE: another
-    }
     const double value = static_cast<double>(static_cast<std::int64_t>(digits)) /
                          static_cast<double>(static_cast<std::int64_t>(number::tens.of[decimals]));
     return number::with_sign(value, first != 0);
@@ -92,10 +113,11 @@ double decimal_of(const qek_string &string) noexcept
 
 void match(qek_string &string, const void *marker, std::va_list &texts) noexcept
 {
-    text::substitute<string_form>(string, as_bytes(marker), [&](const std::uint8_t *&inserted) {
-        inserted = va_arg(texts, const std::uint8_t *);
-        return inserted != nullptr;
-    });
+    text::substitute<string_form>(string, as_bytes(marker),
+                                  [&](text::span<std::uint8_t> &inserted) {
+                                      inserted.data = va_arg(texts, const std::uint8_t *);
+                                      return inserted.data != nullptr;
+                                  });
 }
 
 void write(qek_string &string, const char *format, std::va_list &arguments) noexcept

@@ -114,11 +114,11 @@ template <buffer::form Form> class rebuilding {
 
     // The old text from where this left off up to `end`, then `inserted` in place of `skipped`
     // units.
-    void carry_over(std::int32_t end, const typename Form::unit *inserted,
+    void carry_over(std::int32_t end, span<typename Form::unit> inserted,
                     std::int32_t skipped) noexcept
     {
         append_old(end);
-        buffer::append<Form>(fresh_, inserted, -1);
+        buffer::append<Form>(fresh_, inserted.data, inserted.length);
         done_ = end + skipped;
     }
     void carry_over_rest() noexcept { append_old(text_.length); }
@@ -138,8 +138,9 @@ template <buffer::form Form> class rebuilding {
     bool has_room_;
 };
 
-// `next(inserted)` runs on each hit and says what the hit gives way to; false ends the matter, with
-// this hit and the rest of the text as they were. The result is the number of hits that gave way.
+// `next(inserted)` runs on each hit and says what the hit gives way to, whose length is measured if
+// it is negative; false ends the matter, with this hit and the rest of the text as they were. The
+// result is the number of hits that gave way.
 //
 // An empty `find` is found again at the same place each time: the caller's error, and no way out.
 template <buffer::form Form, typename Next>
@@ -161,7 +162,7 @@ std::int32_t substitute(typename Form::record &text, const typename Form::unit *
                             : find_text_in(searched, find, skipped, result.done());
     };
     std::int32_t count = 0;
-    const typename Form::unit *inserted = nullptr;
+    span<typename Form::unit> inserted{nullptr, -1};
     for (std::int32_t hit = find_next(); hit >= 0 && next(inserted); hit = find_next()) {
         ++count;
         result.carry_over(hit, inserted, skipped);
@@ -174,8 +175,8 @@ template <buffer::form Form>
 std::int32_t replace(typename Form::record &text, const typename Form::unit *find,
                      const typename Form::unit *replacement) noexcept
 {
-    return substitute<Form>(text, find, [=](const typename Form::unit *&inserted) {
-        inserted = replacement;
+    return substitute<Form>(text, find, [=](span<typename Form::unit> &inserted) {
+        inserted = {replacement, measured(replacement, inserted.length)};
         return true;
     });
 }

@@ -52,7 +52,8 @@ constexpr std::int32_t count_digits(std::uint64_t number) noexcept
 
 // Writes the last `count` digits, up to 24. At least eight bytes may be written to, whatever the
 // count; those behind the digits become zero.
-inline void put_digits(std::uint8_t *to, std::uint64_t number, std::int32_t count) noexcept
+[[gnu::noinline]] inline void put_digits(std::uint8_t *to, std::uint64_t number,
+                                         std::int32_t count) noexcept
 {
     if (count > 8) {
         std::uint64_t front = number / tens.of[8];
@@ -88,8 +89,8 @@ class integer_text {
         constexpr std::int32_t word = 8;
         if (length() >= word) {
             *to = '-';
+            to[length()] = 0; // nothing behind them is written if these are eight digits
             put_digits(to + negative_, number_, digits_);
-            to[length()] = 0;
             return;
         }
         const std::uint64_t digits = without_first(eight_digits(number_), word - digits_);
@@ -122,20 +123,18 @@ class decimal_text {
 
     std::int32_t length() const noexcept { return length_; }
 
-    // The same. The last digit in front of the point, the point and the six decimals are a word.
+    // The same. The point, the six decimals and the zero byte are a word.
     void write(std::uint8_t *to, std::int64_t) const noexcept
     {
         if (digits_ == 0) {
             std::memcpy(to, formatted_, static_cast<std::size_t>(length_) + 1);
             return;
         }
-        const std::uint64_t end =
-            (eight_digits(decimals_) & ~std::uint64_t{0xFFFF}) | '.' << 8 | ('0' + whole_ % 10);
+        const std::uint64_t end = (eight_digits(decimals_) >> 8 & ~std::uint64_t{0xFF}) | '.';
         *to = '-';
         to += length_ - digits_ - 7;
-        put_digits(to, whole_ / 10, digits_ - 1);
-        store_low_first(to + digits_ - 1, end);
-        to[digits_ + 7] = 0;
+        put_digits(to, whole_, digits_);
+        store_low_first(to + digits_, end);
     }
 
   private:
@@ -161,15 +160,20 @@ class decimal_text {
         std::uint32_t decimals = 0;
         if (down <= 0) {
             whole = mantissa << -down;
+        } else if (down < 64) {
+            // What is behind the point fills a word; its product has the decimals in the upper one.
+            whole = mantissa >> down;
+            const wide_product product = wide_product{mantissa << (64 - down)} * unit;
+            const std::uint64_t is_odd = static_cast<std::uint64_t>(product >> 64) & 1U;
+            const std::uint64_t below_half = ~std::uint64_t{0} >> 1;
+            decimals = static_cast<std::uint32_t>((product + (below_half + is_odd)) >> 64);
+            whole += decimals == unit ? 1 : 0;
+            decimals = decimals == unit ? 0 : decimals;
         } else if (down < too_small) {
-            whole = down < 64 ? mantissa >> down : 0;
-            const std::uint64_t rest = down < 64 ? mantissa - (whole << down) : mantissa;
-            const wide_product product = wide_product{rest} * unit;
+            const wide_product product = wide_product{mantissa} * unit;
             const wide_product half = wide_product{1} << (down - 1);
             const auto is_odd = static_cast<std::uint32_t>(product >> down) & 1U;
             decimals = static_cast<std::uint32_t>((product + half - 1 + is_odd) >> down);
-            whole += decimals == unit ? 1 : 0;
-            decimals = decimals == unit ? 0 : decimals;
         }
         whole_ = whole;
         decimals_ = decimals;

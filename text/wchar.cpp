@@ -11,6 +11,10 @@
 
 #include <cctype>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 using namespace qek;
 
 namespace {
@@ -24,12 +28,24 @@ std::uint16_t widened(std::uint8_t byte) noexcept
     return static_cast<std::uint16_t>(static_cast<std::int8_t>(byte));
 }
 
-// Eight at a time, by vectors where there are any: a fifth of the time.
+// Sixteen at a time where that is known to take three instructions, and eight elsewhere: an eighth
+// and a fifth of the time.
 void widen(const std::uint8_t *bytes, std::int32_t count, std::uint16_t *units) noexcept
 {
     using narrow_units [[gnu::vector_size(8)]] = std::int8_t;
     using wide_units [[gnu::vector_size(16)]] = std::int16_t;
     std::int32_t at = 0;
+#if defined(__SSE2__)
+    for (; count - at >= 16; at += 16) {
+        __m128i sixteen;
+        std::memcpy(&sixteen, bytes + at, sizeof sixteen);
+        const __m128i signs = _mm_cmplt_epi8(sixteen, _mm_setzero_si128());
+        const __m128i first = _mm_unpacklo_epi8(sixteen, signs);
+        const __m128i second = _mm_unpackhi_epi8(sixteen, signs);
+        std::memcpy(units + at, &first, sizeof first);
+        std::memcpy(units + at + 8, &second, sizeof second);
+    }
+#endif
     for (; count - at >= 8; at += 8) {
         narrow_units eight;
         std::memcpy(&eight, bytes + at, sizeof eight);

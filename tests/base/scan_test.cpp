@@ -76,13 +76,13 @@ void compare_with_loops(random_numbers &random, const scan::set &by)
         const auto from = random.between(0, units - count) * unit;
         bytes needle(hay.begin() + from, hay.begin() + from + count * unit);
         change_one(random, needle, random.one_of({0, 0, 3}));
-        const auto find = unit == 1 ? by.find_bytes : by.find_pairs;
-        const auto find_any = unit == 1 ? scan::find_bytes : scan::find_pairs;
         const std::int64_t place = found_in(hay, needle, unit);
         if ((units - count + 1) * unit >= by.width) {
-            EXPECT_EQ(find(hay.data(), std::ssize(hay), needle.data(), std::ssize(needle)), place);
+            EXPECT_EQ(by.find(hay.data(), std::ssize(hay), needle.data(), std::ssize(needle), unit),
+                      place);
         }
-        EXPECT_EQ(find_any(hay.data(), std::ssize(hay), needle.data(), std::ssize(needle)), place);
+        EXPECT_EQ(scan::find(hay.data(), std::ssize(hay), needle.data(), std::ssize(needle), unit),
+                  place);
     }
 }
 

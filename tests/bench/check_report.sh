@@ -54,12 +54,12 @@ prints() { # LINE... -- COMMAND...: all lines, blanks squeezed, in this order
 fails() { ! "$@"; }
 
 check "misses first, the better peer, the target's sum" \
-    prints "mem_chr 16 memchr 30 ns 10 ns 3.00 1.5 misses" \
+    prints "mem_chr 16 memchr 30 ns 10 ns 3.00 1.5 misses, L: call" \
     "hash_insert 1 000 absl or apr 20 ns 100 ns 0.20 0.4" "" \
     "2 targets, 1 reached, 1 missed" -- report now array hash empty
 report before faster >/dev/null
 check "worse than before" \
-    prints "mem_chr 16 memchr 30 ns 10 ns 3.00 1.5 misses, worse by 50 %" -- \
+    prints "mem_chr 16 memchr 30 ns 10 ns 3.00 1.5 misses, L: call, worse by 50 %" -- \
     report now array hash -- --against "$work/before"
 check "not worse than itself" \
     prints "2 targets, 1 reached, 1 missed; 0 ratios worse than in $work/now" -- \
