@@ -93,6 +93,33 @@ struct number_policy {
             return index + is_below(index, sought) + is_below(index + 1, sought) +
                    is_below(index + 2, sought);
         }
+        // From where the key would be if the keys in `low + 1 .. high` were spread evenly, as far as
+        // eight children, or -1. Two or three are looked at, and in a tree that outgrew the caches it is
+        // these looks that cost: two thirds of the time at a million keys.
+        std::ptrdiff_t place_by_guess(key sought, key low, key high) const noexcept
+        {
+            constexpr std::ptrdiff_t most = 8;
+            const auto real = [](key number) {
+                return static_cast<double>(static_cast<std::make_signed_t<key>>(number >> 1));
+            };
+            const key way = smaller<key>(sought - low, high - low);
+            const double guess =
+                static_cast<double>(count - 1) * real(way) / (real(high - low) + 1);
+            std::ptrdiff_t at = smaller(static_cast<std::ptrdiff_t>(guess) + 1, count - 1);
+            const std::ptrdiff_t first = at - smaller(at, most);
+            const std::ptrdiff_t end = smaller(at + most, count);
+            key met = (*this)[at];
+            if (met < sought) {
+                do {
+                    ++at;
+                } while (at < end && is_below(at, sought) != 0);
+                return at < end || at == count ? at : -1;
+            }
+            while (met > sought && at > first && (met = (*this)[at - 1]) >= sought) {
+                --at;
+            }
+            return met <= sought || at == 0 ? at : -1;
+        }
     };
 
     // Children that went in by the other order of integers, as after a swap of trees, ascend up to
@@ -101,6 +128,7 @@ struct number_policy {
     [[gnu::noinline]] static place_in_tree<Page> place_of_integer(const Tree &of,
                                                                   key sought) noexcept
     {
+        constexpr std::int32_t many = 1 << 16;
         const key turn = turn_of(of);
         const key turned = sought ^ turn;
         auto *page = const_cast<Page *>(&of.root);
@@ -111,7 +139,13 @@ struct number_policy {
             if (low >= high && keys.count > 1 && keys[0] > keys[keys.count - 1]) {
                 return {};
             }
-            const std::ptrdiff_t index = keys.place_by_steps(turned);
+            std::ptrdiff_t index = -1;
+            if (low < high && of.node_count >= many) {
+                index = keys.place_by_guess(turned, low, high);
+            }
+            if (index < 0) {
+                index = keys.place_by_steps(turned);
+            }
             if (!is_branch(*page)) {
                 return {page,
                         {static_cast<std::int32_t>(index),
