@@ -35,48 +35,127 @@ struct number_policy {
         const auto b = std::bit_cast<real_number>(right);
         return a > b ? 1 : a == b ? 0 : -1;
     }
-    // Of keys that are no integers, for which `step_to` is asked.
     template <typename Element>
     static std::int32_t order(const Tree &of, const Element &at, key sought) noexcept
     {
+        if (has_integers(of)) {
+            const key left = at.key ^ turn_of(of);
+            const key right = sought ^ turn_of(of);
+            return static_cast<std::int32_t>(left > right) -
+                   static_cast<std::int32_t>(left < right);
+        }
         return of.key_type == Real ? order_as_real(at.key, sought) : 0;
     }
     // Integers have one order only, in which the children ascend strictly, so any search finds the
-    // same place. This one waits for memory twice and not five times: every fourth child, then the
-    // four, are looked at side by side. Three quarters of its time. Children that went in by the
-    // other order of integers, as after a swap of trees, ascend up to where they turn round, so the
-    // ends of the page tell; there the halving decides what is found.
-    static bool has_steps(const Tree &of) noexcept
+    // same place.
+    static bool has_integers(const Tree &of) noexcept
     {
         return of.key_type == Signed || of.key_type == Unsigned;
     }
-    template <typename Element>
-    static array::place step_to(const Tree &of, const qek_arrays &children, key sought) noexcept
+    // With its top bit turned, a signed number stands as an unsigned one.
+    static key turn_of(const Tree &of) noexcept
     {
-        // With its top bit turned, a signed number stands as an unsigned one.
-        const key turn = of.key_type == Signed ? key{1} << (8 * sizeof(key) - 1) : key{0};
+        return of.key_type == Signed ? key{1} << (8 * sizeof(key) - 1) : key{0};
+    }
+
+    // Integers in ascending order, seen with their top bits turned or not. Pages and nodes alike open
+    // with their keys.
+    struct row {
+        const qek_word *slots;
+        std::ptrdiff_t count;
+        key turn;
+
+        key operator[](std::ptrdiff_t index) const noexcept
+        {
+            return *static_cast<const key *>(pool::item_of(slots[index])) ^ turn;
+        }
+        std::ptrdiff_t is_below(std::ptrdiff_t index, key sought) const noexcept
+        {
+            return (*this)[index] < sought ? 1 : 0;
+        }
+        // Without a branch that depends on keys: every fourth of the up to 31, then the three before
+        // the first that is not below. Half of the time of halving in a tree of five thousand.
+        [[gnu::always_inline]] std::ptrdiff_t place_by_steps(key sought) const noexcept
+        {
+            std::ptrdiff_t index = 0;
+            if (count < 16) {
+                for (std::ptrdiff_t at = 0; at < count; ++at) {
+                    index += is_below(at, sought);
+                }
+                return index;
+            }
+            index = is_below(3, sought) + is_below(7, sought) + is_below(11, sought) +
+                    is_below(15, sought);
+            for (std::ptrdiff_t at = 19; at < 28; at += 4) {
+                index += is_below(smaller(at, count - 1), sought);
+            }
+            index = smaller(4 * index, count - 3);
+            return index + is_below(index, sought) + is_below(index + 1, sought) +
+                   is_below(index + 2, sought);
+        }
+        // From where the key would be if the keys in `low + 1 .. high` were spread evenly, as far as
+        // eight children, or -1. Two or three are looked at, and in a tree that outgrew the caches it is
+        // these looks that cost: two thirds of the time at a million keys.
+        std::ptrdiff_t place_by_guess(key sought, key low, key high) const noexcept
+        {
+            constexpr std::ptrdiff_t most = 8;
+            const auto real = [](key number) {
+                return static_cast<double>(static_cast<std::make_signed_t<key>>(number >> 1));
+            };
+            const key way = smaller<key>(sought - low, high - low);
+            const double guess =
+                static_cast<double>(count - 1) * real(way) / (real(high - low) + 1);
+            std::ptrdiff_t at = smaller(static_cast<std::ptrdiff_t>(guess) + 1, count - 1);
+            const std::ptrdiff_t first = at - smaller(at, most);
+            const std::ptrdiff_t end = smaller(at + most, count);
+            key met = (*this)[at];
+            if (met < sought) {
+                do {
+                    ++at;
+                } while (at < end && is_below(at, sought) != 0);
+                return at < end || at == count ? at : -1;
+            }
+            while (met > sought && at > first && (met = (*this)[at - 1]) >= sought) {
+                --at;
+            }
+            return met <= sought || at == 0 ? at : -1;
+        }
+    };
+
+    // Children that went in by the other order of integers, as after a swap of trees, ascend up to
+    // where they turn round; there the halving decides what is found, and no leaf is told. The ends
+    // of a page tell, and where the keys before it and its last one ascend, all of it does.
+    [[gnu::noinline]] static place_in_tree<Page> place_of_integer(const Tree &of,
+                                                                  key sought) noexcept
+    {
+        constexpr std::int32_t many = 1 << 16;
+        const key turn = turn_of(of);
         const key turned = sought ^ turn;
-        const auto key_at = [&](std::int32_t index) {
-            const auto *at = static_cast<const Element *>(pool::item_of(children.slots[index]));
-            return at->key ^ turn;
-        };
-        constexpr std::int32_t step = 4;
-        const std::int32_t count = array::slots_in_use(children);
-        if (count > 1 && key_at(0) > key_at(count - 1)) {
-            return array::locate(count, false, [&](std::int32_t index) {
-                return static_cast<std::int32_t>(key_at(index) > turned) -
-                       static_cast<std::int32_t>(key_at(index) < turned);
-            });
+        auto *page = const_cast<Page *>(&of.root);
+        key low = ~key{0}; // nothing is known of the keys before
+        key high = 0;
+        for (;;) {
+            const row keys{page->children.slots, array::slots_in_use(page->children), turn};
+            if (low >= high && keys.count > 1 && keys[0] > keys[keys.count - 1]) {
+                return {};
+            }
+            std::ptrdiff_t index = -1;
+            if (low < high && of.node_count >= many) {
+                index = keys.place_by_guess(turned, low, high);
+            }
+            if (index < 0) {
+                index = keys.place_by_steps(turned);
+            }
+            if (!is_branch(*page)) {
+                return {page,
+                        {static_cast<std::int32_t>(index),
+                         index < keys.count && keys[index] == turned}};
+            }
+            const std::ptrdiff_t nearest = smaller(index, keys.count - 1);
+            low = nearest > 0 ? keys[nearest - 1] : low;
+            page = static_cast<Page *>(pool::item_of(keys.slots[nearest]));
+            high = page->key ^ turn;
         }
-        std::int32_t index = 0;
-        while (index + step <= count && key_at(index + step - 1) < turned) {
-            index += step;
-        }
-        const std::int32_t end = smaller(index + step, count);
-        for (std::int32_t at = index; at < end; ++at) {
-            index += key_at(at) < turned ? 1 : 0;
-        }
-        return {index, index < count && key_at(index) == turned};
     }
     template <typename Element> static key key_of(const Tree &, const Element &at) noexcept
     {

@@ -35,7 +35,8 @@
 // (of a page or node against a key, element first), `key_of` (a page or node, as a key),
 // `same_high_key`, `copy_key`, `store`, `forget`, and `page_slots`, at which a page splits (the
 // tests split small ones too). Where `has_steps` is true, `step_to` is asked for a child's place
-// instead of the binary search. Elements open with their key fields, pages and nodes alike.
+// instead of the binary search, and where `has_integers` is, `place_of_integer` for that in the whole
+// tree. Elements open with their key fields, pages and nodes alike.
 #pragma once
 
 #include "array/search.h"
@@ -90,24 +91,45 @@ Element *nearest(const typename Policy::tree &tree, const qek_arrays &children,
     return child<Element>(children, array::nearest(at, children.count));
 }
 
-// The leaf that holds the key or ought to. A key beyond all others leads to the last leaf.
-template <typename Policy, typename Tree>
-auto *leaf_for(Tree &tree, const typename Policy::key &key) noexcept
+// The leaf that holds a key or ought to, and where there. A key beyond all others leads to the last
+// leaf.
+template <typename Page> struct place_in_tree {
+    Page *leaf;
+    array::place at;
+};
+
+template <typename Policy>
+[[gnu::noinline]] place_in_tree<typename Policy::page>
+place_by_halves(const typename Policy::tree &tree, const typename Policy::key &key) noexcept
 {
-    auto *page = &tree.root;
+    auto *page = const_cast<typename Policy::page *>(&tree.root);
     while (is_branch(*page)) {
         page = nearest<Policy, typename Policy::page>(tree, page->children, key);
     }
-    return page;
+    return {page, locate<Policy, typename Policy::node>(tree, page->children, key)};
+}
+
+template <typename Policy>
+place_in_tree<typename Policy::page> place_for(const typename Policy::tree &tree,
+                                               const typename Policy::key &key) noexcept
+{
+    if constexpr (requires { Policy::has_integers(tree); }) {
+        if (Policy::has_integers(tree)) {
+            const place_in_tree<typename Policy::page> place = Policy::place_of_integer(tree, key);
+            if (place.leaf != nullptr) {
+                return place;
+            }
+        }
+    }
+    return place_by_halves<Policy>(tree, key);
 }
 
 template <typename Policy>
 typename Policy::node *find(const typename Policy::tree &tree,
                             const typename Policy::key &key) noexcept
 {
-    const qek_arrays &nodes = leaf_for<Policy>(tree, key)->children;
-    const array::place at = locate<Policy, typename Policy::node>(tree, nodes, key);
-    return at.found ? child<typename Policy::node>(nodes, at.index) : nullptr;
+    const auto [leaf, at] = place_for<Policy>(tree, key);
+    return at.found ? child<typename Policy::node>(leaf->children, at.index) : nullptr;
 }
 
 // The smallest key at or above the given one, or the largest of all. Null in an empty tree only.
@@ -115,7 +137,9 @@ template <typename Policy>
 typename Policy::node *find_nearest(const typename Policy::tree &tree,
                                     const typename Policy::key &key) noexcept
 {
-    return nearest<Policy, typename Policy::node>(tree, leaf_for<Policy>(tree, key)->children, key);
+    const auto [leaf, at] = place_for<Policy>(tree, key);
+    const qek_arrays &nodes = leaf->children;
+    return child<typename Policy::node>(nodes, array::nearest(at, nodes.count));
 }
 
 template <typename Node, typename Page> Node *first_node(const Page &root) noexcept
@@ -293,8 +317,7 @@ found_or_made<Policy> find_or_make(typename Policy::tree &tree,
                                    const typename Policy::key &key) noexcept
 {
     using node_type = typename Policy::node;
-    auto *leaf = leaf_for<Policy>(tree, key);
-    const array::place at = locate<Policy, node_type>(tree, leaf->children, key);
+    const auto [leaf, at] = place_for<Policy>(tree, key);
     if (at.found) {
         return {child<node_type>(leaf->children, at.index), false};
     }
@@ -396,8 +419,7 @@ template <typename Policy>
 qek_word remove(typename Policy::tree &tree, const typename Policy::key &key) noexcept
 {
     using node_type = typename Policy::node;
-    auto *leaf = leaf_for<Policy>(tree, key);
-    const array::place at = locate<Policy, node_type>(tree, leaf->children, key);
+    const auto [leaf, at] = place_for<Policy>(tree, key);
     if (!at.found) {
         return 0;
     }

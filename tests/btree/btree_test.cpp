@@ -367,21 +367,25 @@ TYPED_TEST(btree_key_types, make_all_keys_equal_when_unknown)
 }
 
 // After a swap of trees of two orders, say: what halving meets in each page counts. Of eight keys in a
-// leaf, each number is low; then there are many.
+// leaf, each number is low; then there are many, first in heaps.
 TYPED_TEST(btree_key_types, search_by_halves_in_an_order_that_is_not_the_trees)
 {
     using family = TypeParam;
     using key = decltype(family::element::key);
     const key lowest = key{1} << (sizeof(key) * 8 - 1); // of signed numbers
     random_numbers random;
-    for (int low = 0; low <= 9; ++low) {
+    for (int low = 0; low <= 10; ++low) {
         modelled<family> tree(true, true, 1);
         std::vector<key> keys;
-        for (int n = 0; n < (low < 9 ? 8 : 2000); ++n) {
-            keys.push_back(low == 9 ? static_cast<key>(random.next() * (~key{0} / 0xFFFFFFFF))
-                                    : static_cast<key>(2 * n + 1) + (n < low ? 0 : lowest));
+        for (int n = 0; n < (low < 9 ? 8 : 100'000); ++n) {
+            keys.push_back(low == 10  ? static_cast<key>(random.next() * (~key{0} / 0xFFFFFFFF))
+                           : low == 9 ? static_cast<key>(random.below(64) +
+                                                         random.below(8192) * (lowest >> 12))
+                                      : static_cast<key>(2 * n + 1) + (n < low ? 0 : lowest));
             family::insert(&tree, any_key::of(keys.back()), 5);
         }
+        ASSERT_EQ(tree_look<family>(tree).fault, "");
+        ASSERT_EQ(family::bfind(&tree, any_key::of(~key{0})), family::last(&tree));
         for (int n = 0; n < 2000; ++n) {
             tree.key_type = n % 2 != 0 ? family::orders[0] : 7; // the latter: all are equal
             const key sought = keys[random.below(keys.size())] + random.below(3) - 1;
