@@ -178,6 +178,8 @@ TYPED_TEST(btree_suite, finds_the_key_or_the_next_or_the_last)
         modelled<family> tree(true, false, order);
         EXPECT_TRUE(family::first(&tree) == nullptr && family::last(&tree) == nullptr);
         EXPECT_EQ(family::bfind(&tree, tree.key(1)), nullptr);
+        family::insert(&tree, tree.key(1), 0);
+        EXPECT_TRUE(family::first(&tree) != nullptr && family::first(&tree) == family::last(&tree));
         const auto probes = random.each_between(-1001, 1001);
         for (int n = 0; random.goes_on(n, 700) || n == 0; ++n) {
             family::insert(&tree, tree.key(random.between(-1000, 1000)), 0);

@@ -77,11 +77,12 @@ TEST(pool, goes_on_when_the_items_per_block_are_reset)
     pool.item_size = 8;
     void *const items[] = {qek_pool_new(&pool), qek_pool_new(&pool)};
     qek_pool_free(&pool, items[0]);
-    pool.items_per_block = 0;
+    pool.items_per_block = 3;
     qek_pool_free(&pool, items[1]);
     EXPECT_EQ(pool.items_per_block, 16);
     pool.items_per_block = 0;
     EXPECT_EQ(qek_pool_new(&pool), items[1]);
+    EXPECT_EQ(pool.items_per_block, 16);
     EXPECT_EQ(qek_pool_new(&pool), items[0]);
     EXPECT_EQ(pool.live_count, 2);
     qek_pool_term(&pool);
