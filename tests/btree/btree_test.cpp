@@ -224,6 +224,7 @@ TYPED_TEST(btree_suite, splits_full_pages_into_halves_and_grows_at_the_root)
             }
             ASSERT_EQ(tree.root.level, level);
         }
+        ASSERT_EQ(tree_look<family>(tree).fault, "");
         const bool has_text = requires { tree.keys; };
         const int removed = has_text ? 1000 : keys; // with text, each visits all
         for (int n = 0; n < removed; ++n) {
@@ -254,6 +255,11 @@ TYPED_TEST(btree_suite, drops_empty_pages_the_topmost_first)
     std::swap(dropped[half - 1], dropped[half]);
     EXPECT_EQ(tree.lent_pages.given_back(), dropped);
     EXPECT_EQ(item<typename family::page>(dropped[0])->children.slots, nullptr);
+    for (int n = half * half; n < 2 * half * half; ++n) {
+        family::remove(&tree, tree.key(n));
+    }
+    EXPECT_EQ(tree_look<family>(tree).fault, "");
+    EXPECT_EQ(tree.root.level, 0);
 }
 
 TYPED_TEST(btree_suite, leaves_the_chain_alone_when_it_removes_or_clones)

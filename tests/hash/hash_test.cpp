@@ -356,6 +356,9 @@ TYPED_TEST(hash_suite, copies_what_got_lost_as_it_is)
     roomy.store(0, 100);
     family::clone(&roomy, nullptr, &its_copy, nullptr, nullptr);
     EXPECT_EQ(its_copy.values(), roomy.values());
+    for (const stored_key &each : roomy.model) {
+        EXPECT_NE(family::element_get(&its_copy, each.key), each.element);
+    }
 }
 
 TEST(hash_DeathTest, missing_pools_fault)
