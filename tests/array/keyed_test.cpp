@@ -520,6 +520,7 @@ TEST(arrays_of_texts, move_a_slot_whose_empty_key_is_replaced)
 // Lists of keys, how many keys they give, and how these are written as texts and as numbers.
 TEST(arrays_of_keys, read_and_write_lists)
 {
+    const std::string digits = "1,2,3,4,5,6,7,8,1,2,3,4,5,6,7,8"; // all that fits the buffer
     const struct {
         std::string list;
         int count;
@@ -533,7 +534,7 @@ TEST(arrays_of_keys, read_and_write_lists)
         {"7,,-1,\r\n", 3, "7,,-1", "7,0,-1"},
         {"5x,1 2,--3", 3, "5x,1 2,--3", "5,1,0"},
         {"4294967295,2147483648,", 2, "4294967295,2147483648", "-1,-2147483648"},
-        {"1,2,3,4,5,6,7,8", 8, "1,2,3,4,5,6,7,8", "1,2,3,4,5,6,7,8"}, // fill their buffers
+        {digits, 16, digits, digits},
     };
     for (const auto &[list, count, as_texts, as_numbers] : cases) {
         family<texts> text_keys;

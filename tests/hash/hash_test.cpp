@@ -186,6 +186,7 @@ TEST(hash, leaves_freed_entries_as_they_were)
         for (const std::size_t at : {50U, 3U, 20U, 7U, 0U}) {
             if (at == 0) { // and what was freed last, once it is somebody else's
                 ASSERT_EQ(qek_pool_new(table.entry_pool), freed.back().first);
+                qek_pool_new(table.entry_pool); // the one with such bytes
             }
             if (at == 7) { // with bytes that no entry has
                 void *item = qek_pool_new(table.entry_pool);

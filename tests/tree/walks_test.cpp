@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <map>
 #include <set>
 
@@ -94,7 +95,8 @@ template <typename Tree> struct random_tree : Tree {
         while (std::ssize(entries) < size) {
             entry *at = any(random);
             for (auto spare = random.below(9); own_entries && spare > 0; --spare) {
-                qek_pool_new(this->entry_pool); // so that there are more blocks
+                void *used = std::memset(qek_pool_new(this->entry_pool), 0xA5, sizeof(entry));
+                spare == 1 ? qek_pool_free(this->entry_pool, used) : void(); // others fill blocks
             }
             entries.push_back(run<entry_new, Tree>(*this));
             hang(*this, at, entries.back(), random.below(3));
