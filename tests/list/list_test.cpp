@@ -377,7 +377,7 @@ TEST_F(keyed_list, moves_the_keys_behind_a_removed_one_down)
 
 TEST_F(keyed_list, is_read_from_text_and_written_as_text)
 {
-    const std::string x(39, 'x'); // twice and with a separator, all of a buffer
+    const std::string all = "a|a|a|a|a|a|a|a|a|a|a|a|a|a|a|a"; // that fits the buffer
     const std::tuple<char, std::string, std::vector<std::string>, std::string> cases[] = {
         {',', "a, b ,,c,", {"a", "b", "", "c"}, "a,b,,c"},
         {',', "", {}, ""},
@@ -386,7 +386,7 @@ TEST_F(keyed_list, is_read_from_text_and_written_as_text)
         {',', "\v, \0b,c,\0d"s, {"\v", "", "c"}, "\v,,c"},
         {'a', "a", {""}, ""},
         {'\0', "a\0b"s, {"a", "b"}, "a\0b"s},
-        {'|', x + "|" + x, {x, x}, x + "|" + x},
+        {'|', all, std::vector<std::string>(16, "a"), all},
     };
     for (const auto &[letter, text, keys, written] : cases) {
         const auto separator = static_cast<uint8_t>(letter);
