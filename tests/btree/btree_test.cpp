@@ -287,6 +287,7 @@ TYPED_TEST(btree_suite, grows_the_root_again_by_the_rule_of_arrays)
     family::remove_all(&tree);
     tree.model.clear();
     EXPECT_EQ(tree.root.level, 0);
+    EXPECT_TRUE(family::refer_to_one(tree.root, typename family::element{}));
     for (int n = 1; n < family::slots; ++n) {
         tree.store(n, n + 1);
         ASSERT_EQ(tree.root.children.capacity, n > 24 ? 36 : (n + 7) / 8 * 8);
