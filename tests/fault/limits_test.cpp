@@ -98,7 +98,9 @@ TEST(limits, of_places_are_those_of_the_text)
     constexpr int length = (1 << 30) + 100;
     ask(qek_stream{&byte, length, length}, qek_stream_mid_stream, qek_stream_update);
     ask(qek_string{&byte, length, length}, qek_string_mid_string, qek_string_update);
-    ask(qek_wchar{&unit, length, length}, qek_wchar_mid_wchar, qek_wchar_update);
+    if (sizeof(void *) > 4) { // which no offset in bytes can pass
+        ask(qek_wchar{&unit, length, length}, qek_wchar_mid_wchar, qek_wchar_update);
+    }
 }
 
 // A key that fits no more is stored as an empty one. Nothing is asked for.
