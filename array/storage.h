@@ -106,24 +106,22 @@ template <storage Record> bool expand(Record &record, std::int64_t wanted) noexc
 
 // Apart, so that a slot that has room is stored without the registers that this takes.
 template <storage Record>
-[[gnu::noinline]] bool append_growing(Record &record, slot_of<Record> slot) noexcept
+[[gnu::noinline]] void append_growing(Record &record, slot_of<Record> slot) noexcept
 {
-    if (!expand(record, wide(record.count) + 1)) {
-        return false;
+    if (expand(record, wide(record.count) + 1)) {
+        record.slots[record.count] = slot;
+        set_count(record, wide(record.count) + 1);
     }
-    record.slots[record.count] = slot;
-    set_count(record, wide(record.count) + 1);
-    return true;
 }
 
-template <storage Record> bool append(Record &record, const slot_of<Record> &slot) noexcept
+template <storage Record> void append(Record &record, const slot_of<Record> &slot) noexcept
 {
     if (record.count >= record.capacity) {
-        return append_growing(record, slot);
+        append_growing(record, slot);
+        return;
     }
     record.slots[record.count] = slot;
     ++record.count;
-    return true;
 }
 
 // Makes room at `index`, which is in use, with the old slot still standing there.

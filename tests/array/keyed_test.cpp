@@ -404,7 +404,12 @@ template <typename Functions> struct session {
             },
         };
         const auto chosen = random.below(std::size(operations));
+        const int count = m.count;
         operations[chosen]();
+        if constexpr (has_text) { // what a removed one leaves behind the count
+            EXPECT_TRUE(m.count != count - 1 || m.capacity() == 0 ||
+                        static_cast<int>(array.slots[m.count].key_offset) <= array.keys.length);
+        }
         check("operation " + std::to_string(chosen));
     }
     void check(const std::string &place)
@@ -515,6 +520,7 @@ TEST(arrays_of_texts, move_a_slot_whose_empty_key_is_replaced)
 // Lists of keys, how many keys they give, and how these are written as texts and as numbers.
 TEST(arrays_of_keys, read_and_write_lists)
 {
+    const std::string digits = "1,2,3,4,5,6,7,8,1,2,3,4,5,6,7,8"; // all that fits the buffer
     const struct {
         std::string list;
         int count;
@@ -528,7 +534,7 @@ TEST(arrays_of_keys, read_and_write_lists)
         {"7,,-1,\r\n", 3, "7,,-1", "7,0,-1"},
         {"5x,1 2,--3", 3, "5x,1 2,--3", "5,1,0"},
         {"4294967295,2147483648,", 2, "4294967295,2147483648", "-1,-2147483648"},
-        {"1,2,3,4,5,6,7,8,9", 9, "1,2,3,4,5,6,7,8,9", "1,2,3,4,5,6,7,8,9"},
+        {digits, 16, digits, digits},
     };
     for (const auto &[list, count, as_texts, as_numbers] : cases) {
         family<texts> text_keys;
@@ -537,11 +543,13 @@ TEST(arrays_of_keys, read_and_write_lists)
         qek_string string{}, one_more{};
         const auto length = static_cast<std::int32_t>(list.size());
         qek_array_from_string(&text_keys, ',', list.data(), length);
+        qek_string_copy(&string, "old", 3), qek_string_copy(&one_more, "old", 3);
         qek_array_to_string(&text_keys, ',', &string);
         EXPECT_EQ(tuple(text_of(string), array_fault(text_keys)), tuple(as_texts, ""));
+        EXPECT_LE(string.capacity, std::max<int>(15, static_cast<int>(as_texts.size()) | 7));
         qek_arrayd_from_string(&number_keys, ',', list.data(), length);
         qek_string_term(&string);
-        qek_string_copy(&string, "old", 3), qek_string_copy(&one_more, "old", 3);
+        qek_string_copy(&string, "old", 3);
         qek_arrayd_to_string(&number_keys, ',', &string);
         EXPECT_EQ(text_of(string), as_numbers);
         qek_arrayt_init(&elements);

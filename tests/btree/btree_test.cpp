@@ -178,6 +178,8 @@ TYPED_TEST(btree_suite, finds_the_key_or_the_next_or_the_last)
         modelled<family> tree(true, false, order);
         EXPECT_TRUE(family::first(&tree) == nullptr && family::last(&tree) == nullptr);
         EXPECT_EQ(family::bfind(&tree, tree.key(1)), nullptr);
+        family::insert(&tree, tree.key(1), 0);
+        EXPECT_TRUE(family::first(&tree) != nullptr && family::first(&tree) == family::last(&tree));
         const auto probes = random.each_between(-1001, 1001);
         for (int n = 0; random.goes_on(n, 700) || n == 0; ++n) {
             family::insert(&tree, tree.key(random.between(-1000, 1000)), 0);
@@ -222,6 +224,7 @@ TYPED_TEST(btree_suite, splits_full_pages_into_halves_and_grows_at_the_root)
             }
             ASSERT_EQ(tree.root.level, level);
         }
+        ASSERT_EQ(tree_look<family>(tree).fault, "");
         const bool has_text = requires { tree.keys; };
         const int removed = has_text ? 1000 : keys; // with text, each visits all
         for (int n = 0; n < removed; ++n) {
@@ -252,6 +255,11 @@ TYPED_TEST(btree_suite, drops_empty_pages_the_topmost_first)
     std::swap(dropped[half - 1], dropped[half]);
     EXPECT_EQ(tree.lent_pages.given_back(), dropped);
     EXPECT_EQ(item<typename family::page>(dropped[0])->children.slots, nullptr);
+    for (int n = half * half; n < 2 * half * half; ++n) {
+        family::remove(&tree, tree.key(n));
+    }
+    EXPECT_EQ(tree_look<family>(tree).fault, "");
+    EXPECT_EQ(tree.root.level, 0);
 }
 
 TYPED_TEST(btree_suite, leaves_the_chain_alone_when_it_removes_or_clones)
@@ -279,6 +287,7 @@ TYPED_TEST(btree_suite, grows_the_root_again_by_the_rule_of_arrays)
     family::remove_all(&tree);
     tree.model.clear();
     EXPECT_EQ(tree.root.level, 0);
+    EXPECT_TRUE(family::refer_to_one(tree.root, typename family::element{}));
     for (int n = 1; n < family::slots; ++n) {
         tree.store(n, n + 1);
         ASSERT_EQ(tree.root.children.capacity, n > 24 ? 36 : (n + 7) / 8 * 8);

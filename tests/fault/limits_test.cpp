@@ -83,6 +83,26 @@ TEST(limits, are_kept_by_every_growth)
     }
 }
 
+// Units that are asked for from a billion on, which is no negative place; nothing is looked into.
+TEST(limits, of_places_are_those_of_the_text)
+{
+    static uint8_t byte;
+    static uint16_t unit;
+    const auto ask = [](auto full, auto mid, auto update) {
+        decltype(full) target{};
+        const allocations none(1, true);
+        mid(&full, 1 << 30, 100, &target);
+        EXPECT_EQ(update(&full, 1 << 30, 0, full.data, 1), 0);
+        EXPECT_EQ(none.count(), 2);
+    };
+    constexpr int length = (1 << 30) + 100;
+    ask(qek_stream{&byte, length, length}, qek_stream_mid_stream, qek_stream_update);
+    ask(qek_string{&byte, length, length}, qek_string_mid_string, qek_string_update);
+    if (sizeof(void *) > 4) { // which no offset in bytes can pass
+        ask(qek_wchar{&unit, length, length}, qek_wchar_mid_wchar, qek_wchar_update);
+    }
+}
+
 // A key that fits no more is stored as an empty one. Nothing is asked for.
 // clang-format off
 #define QEK_EXPECT_NO_KEY(name, store, stored, ...) \

@@ -51,6 +51,8 @@ TEST_F(unrolled_list, packs_its_words_as_the_model_does)
                 ASSERT_TRUE(!items || freed.back() == value);
                 if (is_empty || block->size() == 32) {
                     block = &*model.emplace(at_head ? model.begin() : model.end());
+                    const auto *made = at_head ? list.head : list.tail;
+                    ASSERT_EQ(std::count(made->items, made->items + 32, 0U), 31 + (value == 0));
                 }
                 block->insert(at_head ? block->begin() : block->end(), value);
             } else if (is_empty) {

@@ -72,19 +72,20 @@ TEST(pool, hands_out_a_fresh_item_in_place_of_a_freed_null)
 
 TEST(pool, goes_on_when_the_items_per_block_are_reset)
 {
-    qek_pool pool;
-    qek_pool_init(&pool);
-    pool.item_size = 8;
-    void *const items[] = {qek_pool_new(&pool), qek_pool_new(&pool)};
-    qek_pool_free(&pool, items[0]);
-    pool.items_per_block = 0;
-    qek_pool_free(&pool, items[1]);
-    EXPECT_EQ(pool.items_per_block, 16);
-    pool.items_per_block = 0;
-    EXPECT_EQ(qek_pool_new(&pool), items[1]);
-    EXPECT_EQ(qek_pool_new(&pool), items[0]);
-    EXPECT_EQ(pool.live_count, 2);
-    qek_pool_term(&pool);
+    for (const int reset : {0, 15}) {
+        test_pool pool;
+        void *const items[] = {pool.take(), pool.take()};
+        qek_pool_free(&pool, items[0]);
+        qek_pool_free(&pool, nullptr);
+        pool.items_per_block = reset;
+        qek_pool_free(&pool, items[1]);
+        EXPECT_EQ(pool.items_per_block, 16);
+        pool.items_per_block = reset;
+        EXPECT_EQ(pool.take(), items[1]);
+        EXPECT_EQ(pool.items_per_block, 16);
+        EXPECT_EQ(pool.take(), items[0]);
+        EXPECT_EQ(pool.live_count, 2);
+    }
 }
 
 TEST(pool, opens_blocks_and_grows_tables)

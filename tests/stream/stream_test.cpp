@@ -326,6 +326,9 @@ TEST(stream, starts_without_a_look_and_trades_buffers_with_a_string)
     qek_stream_swap_string(&stream, &text);
     EXPECT_EQ(std::memcmp(&stream, &before, sizeof before), 0);
     expect_same(text, {});
+    qek_stream_swap_string(&stream, &text);
+    EXPECT_EQ(std::memcmp(&text, &before, sizeof before), 0);
+    qek_stream_swap_string(&stream, &text);
     qek_stream_term(&stream);
     qek_stream_term(&stream);
     expect_same(stream, {});

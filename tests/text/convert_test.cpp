@@ -334,11 +334,13 @@ TEST(convert, formats_in_the_room_of_its_estimate)
     expect_format(34, "%-40s|%s", "ab", "cd");
     expect_format(32 + 4, "%.2s|%s", "abcdef", "tail");
     expect_format(4 * 32 + 4, "%lld %f %zu %p %s", 1LL << 40, 2.5, std::size_t{7}, nullptr, "tail");
-    expect_format(5 * 32 + 4, "%jd %td %ld %Lf %hhx %s", std::intmax_t{1}, std::ptrdiff_t{2}, 3L,
-                  4.5L, 5, "tail");
+    expect_format(6 * 32 + 8, "%jd %td %ld %hhx %Lf %s %lf %s", std::intmax_t{1}, std::ptrdiff_t{2},
+                  3L, 5, 4.5L, "head", 5.5, "tail");
     expect_format(3 * 32 + 4, "%*d|%.*f|%-*.*s|%s", 5, 42, 2, 1.5, 6, 1, "ab", "tail");
     expect_format(3 * 32 + 8, "%*d|%s%lld%lld|%s", 5, 42, "head", 1LL, 2LL, "tail");
     expect_format(4 * 32 + 4, "%+c% i%#x%07o%s", 'c', 3, 4, 5, "tail");
+    expect_format(18 * 32 + 4, "%d%d%d%d%d%ld%zu%lld%p%f%f%f%f%f%f%f%f%f%s", 1, 2, 3, 4, 5, 6L,
+                  std::size_t{7}, 8LL, nullptr, 1., 2., 3., 4., 5., 6., 7., 8., 9., "tail");
     expect_format(2 * 32, "%2$s %1$s", "first", "second");
     expect_format(3 * 32, "%d%% of", 5);
     expect_format(2 * 32, "%d%%", 5);

@@ -197,6 +197,9 @@ TYPED_TEST(owned_text, does_what_the_model_does)
                 random.one_of<char16_t>({' ', '\t', '\n', '\r', '\0', '\v', 'a', 'b', 'B', 0x80,
                                          0xC4, 0xA0, 0x2003, 0x0120, 0x0142, 0xFFC4}));
         }
+        if (random.one_in(4)) { // the end of the text, and perhaps of its buffer
+            given = last_part(text, random.between(0, 20)) + std::u16string(random.below(2), u'\0');
+        }
         ch = static_cast<unit>(given.c_str()[0]);
         told = random.one_in(2)   ? random.between(least, -1)
                : random.one_in(8) ? 0

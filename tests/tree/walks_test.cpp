@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstring>
 #include <map>
 #include <set>
 
@@ -93,6 +94,10 @@ template <typename Tree> struct random_tree : Tree {
         const int size = random.between(1, most);
         while (std::ssize(entries) < size) {
             entry *at = any(random);
+            for (auto spare = random.below(9); own_entries && spare > 0; --spare) {
+                void *used = std::memset(qek_pool_new(this->entry_pool), 0xA5, sizeof(entry));
+                spare == 1 ? qek_pool_free(this->entry_pool, used) : void(); // others fill blocks
+            }
             entries.push_back(run<entry_new, Tree>(*this));
             hang(*this, at, entries.back(), random.below(3));
         }
@@ -119,7 +124,8 @@ TYPED_TEST(trees, release_in_the_order_of_the_recursion)
         const int way = round / 8 % 4;
         random_tree<TypeParam> tree(random, own_entries, own_values);
         auto *top = way == 0 ? tree.any(random) : &tree.root;
-        decltype(tree.entries) order, order_after;
+        decltype(tree.entries) order, order_after, order_in_pool;
+        auto root = tree.root;
         walk(top, false, order);
         std::vector<qek_word> values, entries;
         for (const auto *each : order) {
@@ -145,6 +151,9 @@ TYPED_TEST(trees, release_in_the_order_of_the_recursion)
             EXPECT_EQ(tree.entry_count, std::ssize(tree.entries) - 1);
         } else {
             walk(&tree.root, false, order_after);
+            walk(own_entries ? &tree.root : &root, false, order_in_pool);
+            EXPECT_TRUE(own_entries || std::equal(order.begin(), order.end() - 1,
+                                                  order_in_pool.begin(), order_in_pool.end() - 1));
             EXPECT_TRUE(order_after.size() == 1 && tree.root.value == 0 && tree.entry_count == 0);
             EXPECT_TRUE(way == 3 || !own_entries || tree.entry_pool->live_count == 0);
             EXPECT_TRUE(way == 3 || !own_values || tree.value_pool->live_count == 0);
