@@ -170,10 +170,9 @@ class decimal_text {
             whole += decimals == unit ? 1 : 0;
             decimals = decimals == unit ? 0 : decimals;
         } else if (down < too_small) {
-            const wide_product product = wide_product{mantissa} * unit;
+            // Nothing so small lies halfway: 64 divides the unit, so multiples of 1 / 128 alone do.
             const wide_product half = wide_product{1} << (down - 1);
-            const auto is_odd = static_cast<std::uint32_t>(product >> down) & 1U;
-            decimals = static_cast<std::uint32_t>((product + half - 1 + is_odd) >> down);
+            decimals = static_cast<std::uint32_t>((wide_product{mantissa} * unit + half) >> down);
         }
         whole_ = whole;
         decimals_ = decimals;

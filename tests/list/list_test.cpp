@@ -54,7 +54,8 @@ auto add(List &list, const std::string &key, Value value, At... at)
     if constexpr (has_keys<List>) {
         const bool is_measured = value == Value{} && key.find('\0') == key.npos;
         const auto length = is_measured ? -7 : static_cast<int>(key.size());
-        return run<Which>(list, at..., key.data(), length, value);
+        const char *bytes = key.empty() && !is_measured ? nullptr : key.data();
+        return run<Which>(list, at..., bytes, length, value);
     } else {
         return run<Which>(list, at..., value);
     }

@@ -86,6 +86,7 @@ TEST(convert, writes_numbers_as_the_runtime_does)
         check(qek_string_copy_long, static_cast<std::int64_t>(word() >> bits));
         check(qek_string_copy_integer, static_cast<std::int32_t>(word() >> bits));
         const double ties = static_cast<double>(random.below(1U << 20)) / 128;
+        const double halves = (random.below(1000) + 0.5) / 1e6;
         const double nines = std::pow(10, random.between(0, 12)) - std::pow(0.1, bits % 10);
         const double small =
             std::ldexp(static_cast<double>(word() >> 11), random.between(-130, 11));
@@ -93,7 +94,7 @@ TEST(convert, writes_numbers_as_the_runtime_does)
         if (qek::rounds_to_nearest() == (std::fegetround() == FE_TONEAREST)) {
             const auto any = std::bit_cast<double>(word());
             for (const double value :
-                 {std::isnan(any) ? 5e-324 : any, ties, nines, small, -small}) {
+                 {std::isnan(any) ? 5e-324 : any, ties, halves, nines, small, -small}) {
                 check(qek_string_copy_double, value);
                 check(qek_string_copy_float, static_cast<float>(ties));
                 const std::string digits = std::to_string(value / 1e9);
