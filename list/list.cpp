@@ -122,8 +122,9 @@ void forget_key(node &removed) noexcept
 
 qek_word remove(qek_list &list, node *at) noexcept
 {
-    return at != nullptr && at->key_length > 0 ? remove_with_key(list, at)
-                                               : list::remove(list, at, forget_key);
+    // Without entries, a node that went with the others is not looked at.
+    const bool has_key = at != nullptr && list.head != nullptr && at->key_length > 0;
+    return has_key ? remove_with_key(list, at) : list::remove(list, at, forget_key);
 }
 
 void remove_all(qek_list &list) noexcept
