@@ -87,6 +87,8 @@ struct text_policy {
             turned &= freed.key_offset;
         });
         if (turned != 0) {
+            // Of the keys that are not empty, only the removed one starts where it did, and empty
+            // ones stay there: so no length has to be looked at.
             const auto offset = static_cast<std::int32_t>(gone.offset);
             const auto length = static_cast<std::uint32_t>(gone.length);
             pool::for_each_slot<entry>(pool, [=](entry &at) {
