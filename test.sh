@@ -137,7 +137,7 @@ fi
 
 export QEK_TALLY=$build/tally QEK_FIGURE=$build/figure
 mkdir -p "$build"
-table=()
+table=() regrets=
 
 attribute() { # NAME FILE: a number of the head of a JUnit file
     sed -nE "0,/<testcase/s/.*$1=\"([0-9]+)\".*/\1/p" "$2" | head -n 1
@@ -193,6 +193,13 @@ run() { # ROW
     esac
 }
 
+# What went wrong in a row: the tests that failed with what they printed, or else the row's end.
+failures() { # FILE
+    awk '/^FAILED  |\*\*\*/ && !/\*\*\*(Skipped|Not Run)/ { shows = 1; shown = 0; print; next }
+         /^ok  |^== |^ *Start +[0-9]|Test +#[0-9]/ { shows = 0 }
+         shows && ++shown <= 100' "$1" | grep . || tail -n 40 "$1"
+}
+
 row() { # NAME: runs the row, which leaves its counts in QEK_TALLY
     local name=$1 missing begin=$SECONDS counts=(0 1 0) result=passed
     # shellcheck disable=SC2086 # one word per package
@@ -204,13 +211,14 @@ row() { # NAME: runs the row, which leaves its counts in QEK_TALLY
         counts=(0 "$strict" $((1 - strict)))
     else
         rm -f "$QEK_TALLY" "$QEK_FIGURE"
-        run "$name" || true
+        { run "$name" || true; } 2>&1 | tee "$build/row.log"
         if [[ -f $QEK_TALLY ]]; then
             read -ra counts < <(tr -dc '0-9 \n' <"$QEK_TALLY")
         fi
     fi
     if [[ ${counts[1]} -gt 0 ]]; then
         result="FAILED${missing:+, needs $missing}"
+        [[ -n $missing ]] || regrets+=$(printf '\n== %s failed\n' "$name" && failures "$build/row.log")
     fi
     passed=$((passed + counts[0]))
     failed=$((failed + counts[1]))
@@ -230,6 +238,8 @@ row() { # NAME: runs the row, which leaves its counts in QEK_TALLY
 for name in "${chosen[@]}"; do
     row "$name"
 done
+# Again what failed, since the end is what stays of a long log.
+[[ ${#chosen[@]} -eq 1 || -z $regrets ]] || printf '%s\n' "$regrets"
 if [[ $shows_trust -eq 1 ]]; then
     echo
     printf '%-15s %-36s %-28s %s\n' what figure target command
