@@ -296,7 +296,7 @@ void grow_root(typename Policy::tree &tree, typename Policy::page *upper) noexce
 template <typename Policy>
 void split_upward(typename Policy::tree &tree, typename Policy::page *page) noexcept
 {
-    while (page->children.count >= Policy::page_slots) {
+    do {
         auto *upper = split_off_upper<Policy>(tree, *page);
         if (page->parent == nullptr) {
             grow_root<Policy>(tree, upper);
@@ -304,7 +304,15 @@ void split_upward(typename Policy::tree &tree, typename Policy::page *page) noex
         }
         put_beside<Policy>(tree, page->parent->children, upper);
         page = page->parent;
-    }
+    } while (page->children.count >= Policy::page_slots);
+}
+
+// Whether a new node's place is before a leaf's last one and there is room for it. Then no high key
+// changes, but for the root's, which may be stale.
+template <typename Page> bool goes_between(const Page &leaf, std::int32_t index) noexcept
+{
+    return index < leaf.children.count && leaf.children.count < leaf.children.capacity &&
+           leaf.parent != nullptr;
 }
 
 template <typename Policy> struct found_or_made {
@@ -323,15 +331,25 @@ found_or_made<Policy> find_or_make(typename Policy::tree &tree,
     }
     auto *node = static_cast<node_type *>(pool::take(*leaf->children.pool));
     *node = {};
-    array::insert_at(leaf->children, at.index, pool::word_of(node));
-    if (leaf->children.count == 0) {
-        return {node, false}; // an empty array that could not grow answers as if the key were there
+    const bool is_between = goes_between(*leaf, at.index);
+    if (is_between) {
+        array::shift_up(leaf->children, at.index);
+        leaf->children.slots[at.index] = pool::word_of(node);
+    } else {
+        array::insert_at(leaf->children, at.index, pool::word_of(node));
+        if (leaf->children.count == 0) {
+            return {node, false}; // an empty array that could not grow answers as if the key were there
+        }
     }
     ++tree.node_count;
     Policy::store(tree, *node, key);
-    raise_high_keys<Policy>(tree, leaf);
+    if (!is_between) {
+        raise_high_keys<Policy>(tree, leaf);
+    }
     link_into_chain(leaf->children, at.index, node);
-    split_upward<Policy>(tree, leaf);
+    if (leaf->children.count >= Policy::page_slots) {
+        split_upward<Policy>(tree, leaf);
+    }
     return {node, true};
 }
 
