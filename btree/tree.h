@@ -34,9 +34,9 @@
 // A policy says what a key is: `tree`, `page`, `node`, `key` (how a sought key travels), `order`
 // (of a page or node against a key, element first), `key_of` (a page or node, as a key),
 // `same_high_key`, `copy_key`, `store`, `forget`, and `page_slots`, at which a page splits (the
-// tests split small ones too). Where `has_steps` is true, `step_to` is asked for a child's place
-// instead of the binary search, and where `has_integers` is, `place_of_integer` for that in the whole
-// tree. Elements open with their key fields, pages and nodes alike.
+// tests split small ones too). Where there is a `step_to`, it is asked for a child's place instead of
+// the binary search, and where `has_integers` is true, `place_of_integer` for that in the whole tree.
+// Elements open with their key fields, pages and nodes alike.
 #pragma once
 
 #include "array/search.h"
@@ -73,14 +73,13 @@ template <typename Policy, typename Element>
 array::place locate(const typename Policy::tree &tree, const qek_arrays &children,
                     const typename Policy::key &key) noexcept
 {
-    if constexpr (requires { Policy::has_steps(tree); }) {
-        if (Policy::has_steps(tree)) {
-            return Policy::template step_to<Element>(tree, children, key);
-        }
+    if constexpr (requires { Policy::template step_to<Element>(tree, children, key); }) {
+        return Policy::template step_to<Element>(tree, children, key);
+    } else {
+        return array::locate(children.count, false, [&](std::int32_t index) {
+            return Policy::order(tree, *child<Element>(children, index), key);
+        });
     }
-    return array::locate(children.count, false, [&](std::int32_t index) {
-        return Policy::order(tree, *child<Element>(children, index), key);
-    });
 }
 
 template <typename Policy, typename Element>
@@ -337,9 +336,9 @@ found_or_made<Policy> find_or_make(typename Policy::tree &tree,
         leaf->children.slots[at.index] = pool::word_of(node);
     } else {
         array::insert_at(leaf->children, at.index, pool::word_of(node));
-        if (leaf->children.count == 0) {
-            return {node, false}; // an empty array that could not grow answers as if the key were there
-        }
+    }
+    if (leaf->children.count == 0) {
+        return {node, false}; // an empty array that could not grow answers as if the key were there
     }
     ++tree.node_count;
     Policy::store(tree, *node, key);
