@@ -30,12 +30,22 @@ template <typename Number> constexpr Number negated(Number number) noexcept
     return static_cast<Number>(bits{0} - static_cast<bits>(number));
 }
 
-template <typename Order> place locate(std::int32_t count, bool reversed, Order order) noexcept
+// Both ends are in it.
+struct range {
+    std::int32_t low;
+    std::int32_t high;
+};
+
+constexpr std::int32_t middle(std::int32_t low, std::int32_t high) noexcept
 {
-    std::int32_t low = 0;
-    std::int32_t high = count - 1;
+    return low + (high - low) / 2;
+}
+
+template <typename Order> place locate(range among, bool reversed, Order order) noexcept
+{
+    auto [low, high] = among;
     while (low <= high) {
-        const std::int32_t mid = low + (high - low) / 2;
+        const std::int32_t mid = middle(low, high);
         const auto stands = reversed ? negated(order(mid)) : order(mid);
         if (stands == 0) {
             return {mid, true};
@@ -47,6 +57,11 @@ template <typename Order> place locate(std::int32_t count, bool reversed, Order 
         }
     }
     return {low, false};
+}
+
+template <typename Order> place locate(std::int32_t count, bool reversed, Order order) noexcept
+{
+    return locate(range{0, count - 1}, reversed, order);
 }
 
 constexpr std::int32_t nearest(place at, std::int32_t count) noexcept

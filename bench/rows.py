@@ -71,7 +71,7 @@ ROWS = {
         Against("boost", every(1.8, *TWO), "open pool"),
     ],
     "pool_pair": [
-        Against("malloc", every(0.5, M)),
+        Against("malloc", every(0.5, M), "open pool"),
         Against("boost", every(1.8, M), "open pool"),
     ],
     "stream_fields_write": [Against("pointer", every(2.0, M), "call")],
@@ -115,7 +115,7 @@ for family in ("btreed", "btreex"):
     ]
     ROWS[f"{family}_insert"] = [
         Against("map", every(0.8, *THREE)),
-        Against("absl", by_size(THREE, 0.8, 1.05, 1.3)),
+        Against("absl", by_size(THREE, 0.8, 1.05, 1.3), "nodes"),
     ]
 for family in ("arrayd", "arrayx"):
     ROWS[f"{family}_sort_random"] = [Against("std", by_size(TWO, 0.75, 0.32))]
@@ -135,9 +135,10 @@ for work in ("replace", "find", "trim", "lower"):
     ]
 for work in ("queue", "stack"):
     for family in ("list", "lists"):
+        limit = {M: "open pool"} if family == "list" else None
         ROWS[f"{family}_{work}"] = [
-            Against("std", every(0.6, *TWO)),
-            Against("glib", every(0.6, *TWO)),
+            Against("std", every(0.6, *TWO), limit),
+            Against("glib", every(0.6, *TWO), limit),
         ]
     limit = "packed" if work == "queue" else None
     ROWS[f"listx_{work}"] = [Against("deque", every(2.0, *TWO), limit)]

@@ -27,40 +27,63 @@ struct text_policy {
     {
         return keys::sign_of_order(key_of(of, element), sought, ignores_case(of));
     }
+    // As long as the first eight bytes differ, they alone decide, and a number is all that is looked
+    // at: a quarter less in a tree of a thousand.
+    //
     // In a tree that outgrew the caches every probe waits for memory, once for the child and again
     // for its text. So while one is looked at, both texts that may be next are sent for, and the
     // four children that may be behind them: half of the time at a hundred thousand keys. What is
     // probed stays the same.
-    static bool has_steps(const tree &of) noexcept { return of.node_count >= 1 << 12; }
     template <typename Element>
     [[gnu::noinline]] static array::place step_to(const tree &of, const qek_arrays &children,
                                                   const key &sought) noexcept
     {
         const std::int32_t count = array::slots_in_use(children);
-        const auto middle = [](std::int32_t low, std::int32_t high) {
-            return low + (high - low) / 2;
-        };
+        const bool is_large = of.node_count >= 1 << 12;
+        array::range left{0, count - 1};
         const auto child_at = [&](std::int32_t index) {
-            const std::int32_t nearest = larger(0, smaller(index, count - 1));
-            return static_cast<const Element *>(pool::item_of(children.slots[nearest]));
+            return static_cast<const Element *>(pool::item_of(children.slots[index]));
+        };
+        const auto child_near = [&](std::int32_t index) {
+            return child_at(larger(0, smaller(index, count - 1)));
         };
         const auto fetch_below = [&](std::int32_t low, std::int32_t high) {
-            const std::int32_t next = middle(low, high);
-            __builtin_prefetch(child_at(middle(low, next - 1)));
-            __builtin_prefetch(child_at(middle(next + 1, high)));
-            __builtin_prefetch(of.keys.data + child_at(next)->key_offset);
+            const std::int32_t next = array::middle(low, high);
+            __builtin_prefetch(child_near(array::middle(low, next - 1)));
+            __builtin_prefetch(child_near(array::middle(next + 1, high)));
+            __builtin_prefetch(of.keys.data + child_near(next)->key_offset);
         };
-        std::int32_t low = 0;
-        std::int32_t high = count - 1;
-        return array::locate(count, false, [&](std::int32_t index) {
-            fetch_below(low, index - 1);
-            fetch_below(index + 1, high);
-            const std::int32_t stands = order(of, *child_at(index), sought);
-            if (stands > 0) {
-                high = index - 1;
-            } else {
-                low = index + 1;
+        const auto fetch_ahead = [&](std::int32_t index) {
+            if (is_large) {
+                fetch_below(left.low, index - 1);
+                fetch_below(index + 1, left.high);
             }
+        };
+        const auto narrow = [&](std::int32_t index, bool is_behind) {
+            if (is_behind) {
+                left.high = index - 1;
+            } else {
+                left.low = index + 1;
+            }
+        };
+        if (!ignores_case(of) && sought.length >= keys::head_size) {
+            const std::uint64_t head = load_high_first(sought.bytes);
+            while (left.low <= left.high) {
+                const std::int32_t mid = array::middle(left.low, left.high);
+                fetch_ahead(mid);
+                const key met = key_of(of, *child_at(mid));
+                const std::uint64_t met_head =
+                    met.length < keys::head_size ? head : load_high_first(met.bytes);
+                if (met_head == head) {
+                    break;
+                }
+                narrow(mid, met_head > head);
+            }
+        }
+        return array::locate(left, false, [&](std::int32_t index) {
+            fetch_ahead(index);
+            const std::int32_t stands = order(of, *child_at(index), sought);
+            narrow(index, stands > 0);
             return stands;
         });
     }

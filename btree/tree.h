@@ -34,9 +34,9 @@
 // A policy says what a key is: `tree`, `page`, `node`, `key` (how a sought key travels), `order`
 // (of a page or node against a key, element first), `key_of` (a page or node, as a key),
 // `same_high_key`, `copy_key`, `store`, `forget`, and `page_slots`, at which a page splits (the
-// tests split small ones too). Where `has_steps` is true, `step_to` is asked for a child's place
-// instead of the binary search, and where `has_integers` is, `place_of_integer` for that in the whole
-// tree. Elements open with their key fields, pages and nodes alike.
+// tests split small ones too). Where there is a `step_to`, it is asked for a child's place instead of
+// the binary search, and where `has_integers` is true, `place_of_integer` for that in the whole tree.
+// Elements open with their key fields, pages and nodes alike.
 #pragma once
 
 #include "array/search.h"
@@ -73,14 +73,13 @@ template <typename Policy, typename Element>
 array::place locate(const typename Policy::tree &tree, const qek_arrays &children,
                     const typename Policy::key &key) noexcept
 {
-    if constexpr (requires { Policy::has_steps(tree); }) {
-        if (Policy::has_steps(tree)) {
-            return Policy::template step_to<Element>(tree, children, key);
-        }
+    if constexpr (requires { Policy::template step_to<Element>(tree, children, key); }) {
+        return Policy::template step_to<Element>(tree, children, key);
+    } else {
+        return array::locate(children.count, false, [&](std::int32_t index) {
+            return Policy::order(tree, *child<Element>(children, index), key);
+        });
     }
-    return array::locate(children.count, false, [&](std::int32_t index) {
-        return Policy::order(tree, *child<Element>(children, index), key);
-    });
 }
 
 template <typename Policy, typename Element>
@@ -296,7 +295,7 @@ void grow_root(typename Policy::tree &tree, typename Policy::page *upper) noexce
 template <typename Policy>
 void split_upward(typename Policy::tree &tree, typename Policy::page *page) noexcept
 {
-    while (page->children.count >= Policy::page_slots) {
+    do {
         auto *upper = split_off_upper<Policy>(tree, *page);
         if (page->parent == nullptr) {
             grow_root<Policy>(tree, upper);
@@ -304,7 +303,15 @@ void split_upward(typename Policy::tree &tree, typename Policy::page *page) noex
         }
         put_beside<Policy>(tree, page->parent->children, upper);
         page = page->parent;
-    }
+    } while (page->children.count >= Policy::page_slots);
+}
+
+// Whether a new node's place is before a leaf's last one and there is room for it. Then no high key
+// changes, but for the root's, which may be stale.
+template <typename Page> bool goes_between(const Page &leaf, std::int32_t index) noexcept
+{
+    return index < leaf.children.count && leaf.children.count < leaf.children.capacity &&
+           leaf.parent != nullptr;
 }
 
 template <typename Policy> struct found_or_made {
@@ -323,15 +330,25 @@ found_or_made<Policy> find_or_make(typename Policy::tree &tree,
     }
     auto *node = static_cast<node_type *>(pool::take(*leaf->children.pool));
     *node = {};
-    array::insert_at(leaf->children, at.index, pool::word_of(node));
+    const bool is_between = goes_between(*leaf, at.index);
+    if (is_between) {
+        array::shift_up(leaf->children, at.index);
+        leaf->children.slots[at.index] = pool::word_of(node);
+    } else {
+        array::insert_at(leaf->children, at.index, pool::word_of(node));
+    }
     if (leaf->children.count == 0) {
         return {node, false}; // an empty array that could not grow answers as if the key were there
     }
     ++tree.node_count;
     Policy::store(tree, *node, key);
-    raise_high_keys<Policy>(tree, leaf);
+    if (!is_between) {
+        raise_high_keys<Policy>(tree, leaf);
+    }
     link_into_chain(leaf->children, at.index, node);
-    split_upward<Policy>(tree, leaf);
+    if (leaf->children.count >= Policy::page_slots) {
+        split_upward<Policy>(tree, leaf);
+    }
     return {node, true};
 }
 

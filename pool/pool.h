@@ -55,10 +55,11 @@ inline void **freed_entries(const qek_pool_table &freed, std::int32_t block) noe
     return static_cast<void **>(freed.blocks[block]);
 }
 
-// Whether the block at hand has a slot left.
+// Whether the block at hand has a slot left. A slot below 0 is above all others here.
 inline bool has_room(const qek_pool_table &table, const qek_pool &pool) noexcept
 {
-    return table.next_slot >= 0 && table.next_slot < pool.items_per_block;
+    return static_cast<std::uint32_t>(table.next_slot) <
+           static_cast<std::uint32_t>(pool.items_per_block);
 }
 
 // Slots that were handed out, live or freed, of a pool that handed out any.
@@ -108,7 +109,7 @@ inline void *take_at_hand(qek_pool &pool) noexcept
     if (pool.item_size != 0 && pool.items_per_block >= least_items_per_block) {
         qek_pool_table &freed = pool.freed;
         qek_pool_table &items = pool.items;
-        if (freed.used > 0 && freed.next_slot > 0) {
+        if (freed.next_slot > 0) {
             void *const item = freed_entries(freed, freed.used - 1)[freed.next_slot - 1];
             if (item != nullptr) { // as what was no item of a copied pool became
                 --freed.next_slot;
@@ -116,7 +117,7 @@ inline void *take_at_hand(qek_pool &pool) noexcept
                 return item;
             }
         }
-        if (freed.used == 0 && has_room(items, pool)) {
+        if (freed.next_slot < 0 && has_room(items, pool)) {
             ++pool.live_count;
             auto *base = static_cast<std::uint8_t *>(items.blocks[items.used - 1]);
             return base + wide(items.next_slot++) * pool.item_size;

@@ -106,12 +106,14 @@ inline std::int32_t order(text a, text b, bool ignore_case) noexcept
                        : order_bytes(a.bytes, a.length, b.bytes, b.length);
 }
 
+// Bytes that make a number.
+inline constexpr std::int32_t head_size = 8;
+
 // Where the first eight bytes differ, as they do in nearly all pairs, their order is that of two
 // numbers. For those who ask for no more than the sign.
 inline std::int32_t sign_of_order(text a, text b, bool ignore_case) noexcept
 {
-    constexpr std::int32_t word = 8;
-    if (!ignore_case && a.length >= word && b.length >= word) {
+    if (!ignore_case && a.length >= head_size && b.length >= head_size) {
         const std::uint64_t head_a = load_high_first(a.bytes);
         const std::uint64_t head_b = load_high_first(b.bytes);
         if (head_a != head_b) {
