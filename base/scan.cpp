@@ -84,11 +84,34 @@ std::int64_t find_in_few(const std::uint8_t *hay, std::int64_t hay_size, const s
     return pick(hay, places, needle, needle_size);
 }
 
+// The low 8 bits of sixteen numbers.
+inline vector low_bytes(const std::int32_t *numbers) noexcept
+{
+    const auto four = [numbers](int at) {
+        return _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i *>(numbers + at)),
+                             _mm_set1_epi32(0xFF));
+    };
+    return reinterpret_cast<vector>(
+        _mm_packus_epi16(_mm_packs_epi32(four(0), four(4)), _mm_packs_epi32(four(8), four(12))));
+}
+
 constinit const set functions = {width, find, mismatch, equal_but_for_case, turn_case};
 
 } // namespace of_16
 
 } // namespace
+
+bool turns_plain_letters(const std::int32_t *table, std::uint8_t first) noexcept
+{
+    using of_16::vector;
+    vector bytes = {0x80, 0x81, 0x82, 0x83, 0x84, 0x85, 0x86, 0x87,
+                    0x88, 0x89, 0x8A, 0x8B, 0x8C, 0x8D, 0x8E, 0x8F};
+    vector different{};
+    for (int at = -128; at < 128; at += of_16::width, bytes += of_16::width) {
+        different |= of_16::turned(first, bytes) ^ of_16::low_bytes(table + at);
+    }
+    return of_16::mask_of(of_16::equal(different, vector{})) == of_16::all;
+}
 
 const set &by_16() noexcept { return of_16::functions; }
 

@@ -36,6 +36,10 @@ struct set {
     std::int64_t (*turn_case)(std::uint8_t first, std::uint8_t *bytes, std::int64_t size) noexcept;
 };
 
+// Whether a table for -128 to 127 turns the case of the 26 letters from `first` on and of nothing
+// else, as far as the low 8 bits of its entries say.
+bool turns_plain_letters(const std::int32_t *table, std::uint8_t first) noexcept;
+
 const set &by_16() noexcept;
 const set &best() noexcept;
 

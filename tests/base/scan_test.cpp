@@ -97,4 +97,24 @@ TEST(scan, finds_and_compares_as_plain_loops_do_in_each_set)
     }
 }
 
+TEST(scan, takes_no_table_for_plain_that_differs_anywhere_in_the_low_8_bits)
+{
+    if constexpr (scan::is_there) {
+        for (const std::uint8_t first : {'A', 'a'}) {
+            std::int32_t table[256];
+            for (int ch = -128; ch < 128; ++ch) {
+                table[ch + 128] = (ch >= first && ch < first + 26 ? ch ^ 32 : ch) ^ (ch & 3) << 8;
+            }
+            const auto is_plain = [&] { return scan::turns_plain_letters(table + 128, first); };
+            EXPECT_TRUE(is_plain());
+            for (int &entry : table) {
+                const int bit = 1 << (&entry - table) % 8;
+                entry ^= bit;
+                EXPECT_FALSE(is_plain()) << &entry - table;
+                entry ^= bit;
+            }
+        }
+    }
+}
+
 } // namespace
