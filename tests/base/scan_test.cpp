@@ -42,7 +42,8 @@ void change_one(random_numbers &random, bytes &in, int by)
 void compare_with_loops(random_numbers &random, const scan::set &by)
 {
     const auto in_blocks = [&](std::int64_t size) { return size - size % by.width; };
-    bytes a(static_cast<std::size_t>(random.between(2, random.one_of({40, 400}))));
+    const int longest = random.one_in(500) ? 80'000 : random.one_of({40, 400});
+    bytes a(static_cast<std::size_t>(random.between(2, longest)));
     const bool has_letters = random.one_in(2);
     std::generate(a.begin(), a.end(), [&] {
         return static_cast<std::uint8_t>(has_letters ? random.between(0, 255)
@@ -78,7 +79,8 @@ void compare_with_loops(random_numbers &random, const scan::set &by)
         change_one(random, needle, random.one_of({0, 0, 3}));
         const std::int64_t place = found_in(hay, needle, unit);
         if ((units - count + 1) * unit >= by.width) {
-            EXPECT_EQ(by.find(hay.data(), std::ssize(hay), needle.data(), std::ssize(needle), unit),
+            EXPECT_EQ(scan::find_by(by.next_sighting, hay.data(), std::ssize(hay), needle.data(),
+                                    std::ssize(needle), unit),
                       place);
         }
         EXPECT_EQ(scan::find(hay.data(), std::ssize(hay), needle.data(), std::ssize(needle), unit),
