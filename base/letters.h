@@ -18,22 +18,18 @@ namespace qek::text {
 #if defined(__GLIBC__)
 
 // From -128 to 255.
-class lower_case {
-  public:
+struct lower_case {
     static constexpr std::uint8_t first_to_turn = 'A';
-    int of(int ch) const noexcept { return table_[ch]; }
+    int of(int ch) const noexcept { return table[ch]; }
 
-  private:
-    const __int32_t *table_ = *__ctype_tolower_loc();
+    const __int32_t *table = *__ctype_tolower_loc();
 };
 
-class upper_case {
-  public:
+struct upper_case {
     static constexpr std::uint8_t first_to_turn = 'a';
-    int of(int ch) const noexcept { return table_[ch]; }
+    int of(int ch) const noexcept { return table[ch]; }
 
-  private:
-    const __int32_t *table_ = *__ctype_toupper_loc();
+    const __int32_t *table = *__ctype_toupper_loc();
 };
 
 #else
@@ -69,7 +65,19 @@ template <typename Case> struct unit_map {
     }
 };
 
-// Whether the locale maps all bytes as ASCII does.
+#if defined(__GLIBC__)
+
+// Whether the locale maps all bytes as ASCII does: a look at the whole table, for the time that some
+// fifty letters take.
+template <typename Case> bool is_plain(const byte_map<Case> &map) noexcept
+{
+    return scan::turns_plain_letters(map.letters.table, Case::first_to_turn);
+}
+
+constexpr std::int32_t least_to_ask = 64;
+
+#else
+
 template <typename Case> bool is_plain(const byte_map<Case> &map) noexcept
 {
     int different = 0;
@@ -80,11 +88,14 @@ template <typename Case> bool is_plain(const byte_map<Case> &map) noexcept
     return different == 0;
 }
 
+constexpr std::int32_t least_to_ask = 2048; // beside which looking at each letter is nothing
+
+#endif
+
 template <typename Case>
 [[gnu::noinline]] void map_units(std::uint8_t *units, std::int32_t length,
                                  byte_map<Case> map) noexcept
 {
-    constexpr std::int32_t least_to_ask = 2048; // beside which looking at the locale is nothing
     std::int64_t at = 0;
     if constexpr (scan::is_there) {
         // GCOVR_EXCL_BR_START: always, in the locale of tests

@@ -22,26 +22,19 @@ constexpr std::uint64_t starts_of(std::int64_t unit) noexcept
     return unit == 1 ? ~std::uint64_t{0} : ~std::uint64_t{0} / 3;
 }
 
-// The first of the places where the needle really stands.
-[[gnu::noinline]] std::int64_t pick_any(const std::uint8_t *hay, std::uint64_t places,
-                                        const std::uint8_t *needle,
-                                        std::int64_t needle_size) noexcept
+constexpr std::int64_t far = 1 << 15; // more than the first cache holds
+
+// The first of the places where the needle really stands, or null.
+inline const std::uint8_t *pick(sighting seen, const std::uint8_t *needle,
+                                std::int64_t needle_size) noexcept
 {
-    do {
-        const int place = std::countr_zero(places);
-        if (std::memcmp(hay + place, needle, static_cast<std::size_t>(needle_size)) == 0) {
+    for (std::uint64_t places = seen.places; places != 0; places &= places - 1) {
+        const std::uint8_t *const place = seen.block + std::countr_zero(places);
+        if (std::memcmp(place, needle, static_cast<std::size_t>(needle_size)) == 0) {
             return place;
         }
-        places &= places - 1;
-    } while (places != 0);
-    return -1;
-}
-
-// The same, or -1 for none.
-inline std::int64_t pick(const std::uint8_t *hay, std::uint64_t places, const std::uint8_t *needle,
-                         std::int64_t needle_size) noexcept
-{
-    return places == 0 ? -1 : pick_any(hay, places, needle, needle_size);
+    }
+    return nullptr;
 }
 
 namespace of_16 {
@@ -69,26 +62,48 @@ inline vector load_some(const std::uint8_t *bytes, std::int32_t size) noexcept
 
 // For fewer places than a block has: one look at where the needle would start, and one at where it
 // would end.
-std::int64_t find_in_few(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
-                         std::int64_t needle_size, std::int64_t unit) noexcept
+inline sighting sighting_in_few(const std::uint8_t *hay, std::int64_t hay_size,
+                                const std::uint8_t *needle, std::int64_t to_last,
+                                std::uint64_t starts) noexcept
 {
-    const std::int64_t to_last = needle_size - unit;
-    const std::int64_t end = hay_size - to_last;
+    const std::int64_t count = hay_size - to_last;
     const bool is_short = hay_size < width;
     const vector head = is_short ? load_some(hay, static_cast<std::int32_t>(hay_size)) : load(hay);
     const vector tail = is_short ? head : load(hay + hay_size - width);
     const std::uint32_t firsts = mask_of(equal(head, vector{} + needle[0]));
     const std::uint32_t lasts = mask_of(equal(tail, vector{} + needle[to_last]));
-    const std::uint64_t places =
-        firsts & lasts >> (is_short ? to_last : width - end) & ((1U << end) - 1) & starts_of(unit);
-    return pick(hay, places, needle, needle_size);
+    const std::uint32_t places = firsts & lasts >> (is_short ? to_last : width - count);
+    return {hay, places & ((1U << count) - 1) & starts};
 }
 
-constinit const set functions = {width, find, mismatch, equal_but_for_case, turn_case};
+// The low 8 bits of sixteen numbers.
+inline vector low_bytes(const std::int32_t *numbers) noexcept
+{
+    const auto four = [numbers](int at) {
+        return _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i *>(numbers + at)),
+                             _mm_set1_epi32(0xFF));
+    };
+    return reinterpret_cast<vector>(
+        _mm_packus_epi16(_mm_packs_epi32(four(0), four(4)), _mm_packs_epi32(four(8), four(12))));
+}
+
+constinit const set functions = {width, next_sighting, mismatch, equal_but_for_case, turn_case};
 
 } // namespace of_16
 
 } // namespace
+
+bool turns_plain_letters(const std::int32_t *table, std::uint8_t first) noexcept
+{
+    using of_16::vector;
+    vector bytes = {0x80, 0x81, 0x82, 0x83, 0x84, 0x85, 0x86, 0x87,
+                    0x88, 0x89, 0x8A, 0x8B, 0x8C, 0x8D, 0x8E, 0x8F};
+    vector different{};
+    for (int at = -128; at < 128; at += of_16::width, bytes += of_16::width) {
+        different |= of_16::turned(first, bytes) ^ of_16::low_bytes(table + at);
+    }
+    return of_16::mask_of(of_16::equal(different, vector{})) == of_16::all;
+}
 
 const set &by_16() noexcept { return of_16::functions; }
 
@@ -109,7 +124,7 @@ QEK_INSTRUCTIONS inline std::uint32_t mask_of(__v32qu bytes) noexcept
 #include "base/scan.inc"
 #undef QEK_INSTRUCTIONS
 
-constinit const set functions = {width, find, mismatch, equal_but_for_case, turn_case};
+constinit const set functions = {width, next_sighting, mismatch, equal_but_for_case, turn_case};
 
 const set &get() noexcept { return functions; }
 
@@ -118,8 +133,6 @@ const set &get() noexcept { return functions; }
 } // namespace
 
 using getter = const set &() noexcept;
-using finder = std::int64_t(const std::uint8_t *, std::int64_t, const std::uint8_t *, std::int64_t,
-                            std::int64_t) noexcept;
 using comparer = std::int64_t(const std::uint8_t *, const std::uint8_t *, std::int64_t) noexcept;
 
 QEK_AT_LOAD inline bool has_32() noexcept
@@ -130,9 +143,9 @@ QEK_AT_LOAD inline bool has_32() noexcept
 // GCOVR_EXCL_BR_START: one processor
 QEK_AT_LOAD [[gnu::used]] getter *choose_set() noexcept { return has_32() ? of_32::get : by_16; }
 
-QEK_AT_LOAD [[gnu::used]] finder *choose_find() noexcept
+QEK_AT_LOAD [[gnu::used]] sighter *choose_sighter() noexcept
 {
-    return has_32() ? of_32::find : of_16::find;
+    return has_32() ? of_32::next_sighting : of_16::next_sighting;
 }
 
 QEK_AT_LOAD [[gnu::used]] comparer *choose_mismatch() noexcept
@@ -143,14 +156,14 @@ QEK_AT_LOAD [[gnu::used]] comparer *choose_mismatch() noexcept
 
 [[gnu::ifunc("_ZN3qek4scan10choose_setEv")]] getter best;
 // Those that are called for little get there without a look into the set: a tenth of the time.
-[[gnu::ifunc("_ZN3qek4scan11choose_findEv")]] finder best_find;
+[[gnu::ifunc("_ZN3qek4scan14choose_sighterEv")]] sighter best_sighter;
 [[gnu::ifunc("_ZN3qek4scan15choose_mismatchEv")]] comparer best_mismatch;
 
 #else
 
 const set &best() noexcept { return by_16(); }
 
-constexpr auto best_find = of_16::find;
+constexpr auto best_sighter = of_16::next_sighting;
 constexpr auto best_mismatch = of_16::mismatch;
 
 #endif
@@ -161,14 +174,34 @@ constexpr std::int64_t many = 64; // from here on the wider vectors are worth it
 
 } // namespace
 
+std::int64_t find_by(sighter *next, const std::uint8_t *hay, std::int64_t hay_size,
+                     const std::uint8_t *needle, std::int64_t needle_size,
+                     std::int64_t unit) noexcept
+{
+    const std::int64_t to_last = needle_size - unit;
+    const std::int64_t to_middle = needle_size / 2 & -unit;
+    const std::uint8_t *const end = hay + hay_size - to_last; // of the places where it could stand
+    const std::uint8_t *at = hay;
+    const std::uint8_t *place = nullptr;
+    while (place == nullptr && at < end) {
+        place =
+            pick(next(at, end, needle, to_middle, to_last, starts_of(unit)), needle, needle_size);
+    }
+    return place == nullptr ? -1 : place - hay;
+}
+
 std::int64_t find(const std::uint8_t *hay, std::int64_t hay_size, const std::uint8_t *needle,
                   std::int64_t needle_size, std::int64_t unit) noexcept
 {
     const std::int64_t places = hay_size - needle_size;
-    return (places >= many ? best_find
-            : places >= of_16::width
-                ? of_16::find
-                : of_16::find_in_few)(hay, hay_size, needle, needle_size, unit);
+    if (places >= of_16::width) {
+        return find_by(places >= many ? best_sighter : of_16::next_sighting, hay, hay_size, needle,
+                       needle_size, unit);
+    }
+    const std::uint8_t *const place =
+        pick(of_16::sighting_in_few(hay, hay_size, needle, needle_size - unit, starts_of(unit)),
+             needle, needle_size);
+    return place == nullptr ? -1 : place - hay;
 }
 
 std::int64_t mismatch(const std::uint8_t *a, const std::uint8_t *b, std::int64_t size) noexcept

@@ -40,17 +40,16 @@ void trim(std::uint8_t *text, std::int32_t size) noexcept
         return;
     }
     const text_between_blanks kept = find_text(text, 0, size);
-    if (kept.met_terminator) {
+    if (kept.met_terminator()) {
         return;
     }
     if (kept.is_nothing()) {
         text[0] = 0;
     } else if (kept.first > 0) {
-        const std::int32_t length = kept.last - kept.first + 1;
-        move_bytes(text, text + kept.first, length);
-        text[length] = 0;
-    } else if (kept.last < size - 1) {
-        text[kept.last + 1] = 0;
+        move_bytes(text, text + kept.first, kept.length);
+        text[kept.length] = 0;
+    } else if (kept.length < size) {
+        text[kept.length] = 0;
     }
 }
 

@@ -22,11 +22,11 @@ void trim(qek_char &slice) noexcept
         return;
     }
     const text_between_blanks kept = find_text(slice.data, 0, slice.length);
-    if (kept.met_terminator || kept.is_nothing()) {
+    if (kept.is_nothing()) {
         slice.length = 0;
     } else {
         slice.data += kept.first;
-        slice.length = kept.last - kept.first + 1;
+        slice.length = static_cast<std::int32_t>(kept.length);
     }
 }
 

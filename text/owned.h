@@ -22,15 +22,15 @@ template <buffer::form Form> bool trim(typename Form::record &text) noexcept
         return false;
     }
     const text_between_blanks kept = find_text(text.data, 0, text.length);
-    if (kept.met_terminator || kept.is_nothing()) {
+    if (kept.is_nothing()) {
         buffer::shrink<Form>(text, 0);
         return true;
     }
-    const std::int32_t length = kept.last - kept.first + 1;
-    if (length == text.length) {
+    if (kept.length == text.length) {
         return false;
     }
-    buffer::keep<Form>(text, kept.first, length);
+    buffer::keep<Form>(text, static_cast<std::int32_t>(kept.first),
+                       static_cast<std::int32_t>(kept.length));
     return true;
 }
 

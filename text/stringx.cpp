@@ -40,14 +40,13 @@ bool trim(qek_stringx &view) noexcept
     }
     const std::int32_t end = wrapping_sum(view.offset, view.length);
     const text_between_blanks kept = find_text(view.data, view.offset, end);
-    if (kept.met_terminator || kept.is_nothing()) {
+    if (kept.is_nothing()) {
         return cut(view, view.offset, 0);
     }
-    const std::int32_t length = kept.last - kept.first + 1;
-    if (length == view.length) {
+    if (kept.length == view.length) {
         return false;
     }
-    return cut(view, kept.first, length);
+    return cut(view, static_cast<std::int32_t>(kept.first), static_cast<std::int32_t>(kept.length));
 }
 
 std::uint8_t get_at(const qek_stringx &view, std::int32_t index) noexcept

@@ -42,7 +42,8 @@ void change_one(random_numbers &random, bytes &in, int by)
 void compare_with_loops(random_numbers &random, const scan::set &by)
 {
     const auto in_blocks = [&](std::int64_t size) { return size - size % by.width; };
-    bytes a(static_cast<std::size_t>(random.between(2, random.one_of({40, 400}))));
+    const int longest = random.one_in(500) ? 80'000 : random.one_of({40, 400});
+    bytes a(static_cast<std::size_t>(random.between(2, longest)));
     const bool has_letters = random.one_in(2);
     std::generate(a.begin(), a.end(), [&] {
         return static_cast<std::uint8_t>(has_letters ? random.between(0, 255)
@@ -70,18 +71,21 @@ void compare_with_loops(random_numbers &random, const scan::set &by)
         const bytes hay(a.begin(), a.end() - std::ssize(a) % unit);
         const auto units = static_cast<int>(hay.size()) / unit;
         const int count = random.between(2, std::max(2, random.one_of({units, 5})));
-        if (units < count) {
+        const int told = units - random.one_of({0, 1}); // what stands behind is not found
+        if (told < count) {
             continue;
         }
-        const auto from = random.between(0, units - count) * unit;
+        const int from = random.one_of({random.between(0, units - count), units - count}) * unit;
         bytes needle(hay.begin() + from, hay.begin() + from + count * unit);
         change_one(random, needle, random.one_of({0, 0, 3}));
-        const std::int64_t place = found_in(hay, needle, unit);
-        if ((units - count + 1) * unit >= by.width) {
-            EXPECT_EQ(by.find(hay.data(), std::ssize(hay), needle.data(), std::ssize(needle), unit),
+        const int size_told = told * unit;
+        const std::int64_t place = found_in({hay.begin(), hay.begin() + size_told}, needle, unit);
+        if ((told - count + 1) * unit >= by.width) {
+            EXPECT_EQ(scan::find_by(by.next_sighting, hay.data(), size_told, needle.data(),
+                                    std::ssize(needle), unit),
                       place);
         }
-        EXPECT_EQ(scan::find(hay.data(), std::ssize(hay), needle.data(), std::ssize(needle), unit),
+        EXPECT_EQ(scan::find(hay.data(), size_told, needle.data(), std::ssize(needle), unit),
                   place);
     }
 }
@@ -93,6 +97,26 @@ TEST(scan, finds_and_compares_as_plain_loops_do_in_each_set)
         for (int round = 0; random.goes_on(round, 20000) && !HasFailure(); ++round) {
             compare_with_loops(random, scan::by_16());
             compare_with_loops(random, scan::best());
+        }
+    }
+}
+
+TEST(scan, takes_no_table_for_plain_that_differs_anywhere_in_the_low_8_bits)
+{
+    if constexpr (scan::is_there) {
+        for (const std::uint8_t first : {std::uint8_t{'A'}, std::uint8_t{'a'}}) {
+            std::int32_t table[256];
+            for (int ch = -128; ch < 128; ++ch) {
+                table[ch + 128] = (ch >= first && ch < first + 26 ? ch ^ 32 : ch) ^ (ch & 3) << 8;
+            }
+            const auto is_plain = [&] { return scan::turns_plain_letters(table + 128, first); };
+            EXPECT_TRUE(is_plain());
+            for (int &entry : table) {
+                const int bit = 1 << (&entry - table) % 8;
+                entry ^= bit;
+                EXPECT_FALSE(is_plain()) << &entry - table;
+                entry ^= bit;
+            }
         }
     }
 }
