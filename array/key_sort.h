@@ -10,7 +10,7 @@
 //   the left, with the k-th not above it, counted from the right; the pivot itself counts as not
 //   above. So the two sides can be read a block at a time, without a branch that depends on a key,
 //   into lists of offsets, and the swaps follow from the lists. The last blocks take the literal
-//   steps.
+//   steps. Pairs with a number are read four at a time where the processor can (pairs.h).
 //
 //   Short runs on the stack. Where no two keys of a run are equal, there is one sorted order, and
 //   any method finds it: ranks, each with its index in its lowest bits, are spread over buckets by
@@ -22,9 +22,10 @@
 // `Keys` says of a slot: `rank`, an unsigned number; slots of different ranks stand as these do.
 // `order(x, y)` decides all. With `ranks_decide`, slots of equal rank are equal. `near(slots,
 // count)` yields the keys for a few slots, whose ranks may tell more of them apart; `fetch` is a
-// hint that a rank will be asked for.
+// hint that a rank will be asked for. With `are_pairs`, a slot is a pair with the number in front.
 #pragma once
 
+#include "array/pairs.h"
 #include "array/sort.h"
 #include "base/bytes.h"
 
@@ -123,8 +124,6 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
     }
 
   private:
-    static constexpr std::int32_t block = 64;
-
     bool sort_run(range in) noexcept
     {
         Slot *const slots = this->slots_ + in.low;
@@ -199,55 +198,67 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
         return of_slot > rank;
     }
 
+    // Lists the places in a block of the slots above the pivot, or of those not above it. The block
+    // `ahead` slots from there will be asked for next.
+    template <bool wants_above>
+    [[gnu::always_inline]] static std::size_t list(const Slot *first, const Keys &keys,
+                                                   const Slot &pivot, std::int32_t ahead,
+                                                   std::uint8_t *places) noexcept
+    {
+        const auto rank = keys.rank(pivot);
+#if defined(QEK_CHOOSES_AT_LOAD)
+        if constexpr (Keys::template are_pairs<Slot>) {
+            constexpr std::uint64_t kept = static_cast<typename Keys::number>(-1);
+            return list_pairs(reinterpret_cast<const std::uint8_t *>(first),
+                              {kept, keys.mask, rank, wants_above},
+                              ahead * std::ptrdiff_t{pair_size}, places);
+        }
+#endif
+        std::size_t count = 0;
+#pragma GCC unroll 2
+        for (std::int32_t at = 0; at < block; ++at) {
+            keys.fetch(first[at + ahead]);
+            places[count] = static_cast<std::uint8_t>(at);
+            count += is_above(keys, first[at], pivot, rank) == wants_above ? 1U : 0U;
+        }
+        return count;
+    }
+
     // Swaps while two whole blocks lie between `up` and `down`. Then everything up to `up` is not
     // above the pivot, and everything from `down` on is.
     void swap_blocks(std::int32_t &up, std::int32_t &down, std::int32_t &mid,
                      const Slot &pivot) noexcept
     {
-        const auto rank = keys_.rank(pivot);
         Slot *const slots = this->slots_; // which bytes written to a list could be part of
         const Keys keys = keys_;
-        std::uint8_t lefts[block];
-        std::uint8_t rights[block];
+        std::uint8_t lefts[list_size];
+        std::uint8_t rights[list_size];
         std::size_t left = 0, left_end = 0;
-        std::size_t right = 0, right_end = 0;
+        std::size_t right_end = 0; // the rightmost is the last of a list
         while (down - up > 2 * block) {
             if (left == left_end) {
-                left = left_end = 0;
-                const Slot *const first = slots + up + 1;
-#pragma GCC unroll 2
-                for (std::int32_t at = 0; at < block; ++at) {
-                    keys.fetch(first[at + block]);
-                    lefts[left_end] = static_cast<std::uint8_t>(at);
-                    left_end += is_above(keys, first[at], pivot, rank) ? 1U : 0U;
-                }
+                left = 0;
+                left_end = list<true>(slots + up + 1, keys, pivot, block, lefts);
             }
-            if (right == right_end) {
-                right = right_end = 0;
-                const Slot *const first = slots + down - 1;
-#pragma GCC unroll 2
-                for (std::int32_t at = 0; at < block; ++at) {
-                    keys.fetch(first[-at - block]);
-                    rights[right_end] = static_cast<std::uint8_t>(at);
-                    right_end += is_above(keys, first[-at], pivot, rank) ? 0U : 1U;
-                }
+            if (right_end == 0) {
+                right_end = list<false>(slots + down - block, keys, pivot, -block, rights);
             }
-            const std::size_t pairs = smaller(left_end - left, right_end - right);
+            const std::size_t pairs = smaller(left_end - left, right_end);
             for (std::size_t at = 0; at < pairs; ++at) {
                 const std::int32_t above = up + 1 + lefts[left + at];
-                const std::int32_t not_above = down - 1 - rights[right + at];
+                const std::int32_t not_above = down - block + rights[right_end - 1 - at];
                 const Slot kept = slots[above];
                 slots[above] = slots[not_above];
                 slots[not_above] = kept;
                 mid = mid == not_above ? above : mid;
             }
             left += pairs;
-            right += pairs;
+            right_end -= pairs;
             up += left == left_end ? block : 0;
-            down -= right == right_end ? block : 0;
+            down -= right_end == 0 ? block : 0;
         }
         up += left < left_end ? lefts[left] : 0;
-        down -= right < right_end ? rights[right] : 0;
+        down -= right_end > 0 ? block - 1 - rights[right_end - 1] : 0;
     }
 
     Keys keys_;
@@ -287,6 +298,7 @@ void sort_by_keys(Slot *slots, std::int32_t count, const Keys &keys) noexcept
 // Slots with a number as key, in unsigned order; a mask of all ones turns the direction.
 template <typename Key> struct number_ranks {
     static constexpr bool ranks_decide = true;
+    template <typename Slot> static constexpr bool are_pairs = sizeof(Slot) == 16;
     using number = Key;
 
     Key mask;

@@ -7,6 +7,8 @@
 // that runs everywhere is the only one.
 #pragma once
 
+#include <cstdint> // which defines __GLIBC__ where that is the C library
+
 // Two sanitizers need their own start before anything runs, and the choice is made before that.
 #if defined(__SANITIZE_THREAD__)
 #define QEK_STARTS_LATE
@@ -49,13 +51,14 @@ QEK_AT_LOAD inline unsigned int skills() noexcept
     __cpuid(0, last_leaf, b, c, d);
     __cpuid(1, a, b, c, d);
     const bool multiplies = (c & needed) == needed;
+    const bool counts = (c & bit_POPCNT) != 0;
     unsigned int found = multiplies ? multiplies_without_carry : 0U;
     if ((c & bit_OSXSAVE) == 0 || last_leaf < further_leaf) {
         return found;
     }
     __asm__("xgetbv" : "=a"(kept), "=d"(d) : "c"(0));
     __cpuid_count(further_leaf, 0, a, b, c, d);
-    if ((kept & kept_of_32) == kept_of_32 && (b & bit_AVX2) != 0) {
+    if (counts && (kept & kept_of_32) == kept_of_32 && (b & bit_AVX2) != 0) {
         found |= has_vectors_of_32;
     }
     if (multiplies && (kept & kept_of_64) == kept_of_64 && (b & bit_AVX512F) != 0 &&

@@ -7,6 +7,7 @@ set(qek_sources
     stream/checksum.cpp stream/compact.cpp stream/crc.cpp stream/fields.cpp stream/stream.cpp
     pool/iter.cpp pool/owned.cpp pool/pool.cpp pool/translation.cpp
     array/array.cpp array/arrayd.cpp array/arrays.cpp array/arrayt.cpp array/arrayx.cpp
+    array/pairs.cpp
     bits/bits.cpp
     hash/hash.cpp hash/hashd.cpp hash/hasht.cpp hash/hashx.cpp
     btree/btree.cpp btree/btreed.cpp btree/btreex.cpp

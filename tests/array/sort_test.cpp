@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // SPDX-FileCopyrightText: 2026 The qek_std authors
 
+#include "array/pairs.h"
 #include "array/reference_sort.h"
 #include "qek_std.h"
 #include "support/random.h"
@@ -222,6 +223,26 @@ TEST(sort, keys_of_its_own_end_where_the_literal_steps_put_them)
         }
     }
 }
+
+#if defined(QEK_CHOOSES_AT_LOAD)
+TEST(sort, places_of_pairs_are_listed_alike_on_every_processor)
+{
+    using namespace qek::array;
+    qek_test::random_numbers random;
+    for (int step = 0; step < 500; ++step) {
+        std::vector<std::uint64_t> halves(2 * block);
+        std::generate(halves.begin(), halves.end(),
+                      [&] { return random.below(3) * 0x7FFFFFFF80000000U + random.below(5); });
+        const pair_test test{step % 2 ? ~std::uint64_t{0} : 0xFFFFFFFF, 0 - (random.next() % 2),
+                             halves[2 * random.below(block)] ^ 2, random.one_in(2)};
+        const auto *first = reinterpret_cast<const std::uint8_t *>(halves.data());
+        std::vector<std::uint8_t> places(list_size), expected(list_size);
+        places.resize(list_pairs(first, test, 0, places.data()));
+        expected.resize(list_pairs_one_by_one(first, test, 0, expected.data()));
+        ASSERT_EQ(places, expected);
+    }
+}
+#endif
 
 TEST(sort, a_million_sorted_slots_keep_the_stacks_low)
 {
