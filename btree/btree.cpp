@@ -67,13 +67,15 @@ struct text_policy {
             }
         };
         if (!ignores_case(of) && sought.length >= keys::head_size) {
-            const std::uint64_t head = load_high_first(sought.bytes);
             while (left.low <= left.high) {
                 const std::int32_t mid = array::middle(left.low, left.high);
                 fetch_ahead(mid);
                 const key met = key_of(of, *child_at(mid));
-                const std::uint64_t met_head =
-                    met.length < keys::head_size ? head : load_high_first(met.bytes);
+                if (met.length < keys::head_size) {
+                    break;
+                }
+                const std::uint64_t head = load_high_first(sought.bytes);
+                const std::uint64_t met_head = load_high_first(met.bytes);
                 if (met_head == head) {
                     break;
                 }
