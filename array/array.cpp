@@ -247,7 +247,7 @@ void clone(const qek_array &source, qek_array &target, qek_pool *source_aux, qek
 class text_ranks {
   public:
     static constexpr bool ranks_decide = false;
-    template <typename Slot> [[maybe_unused]] static constexpr bool are_pairs = false;
+    template <typename Slot> static constexpr bool are_pairs() { return false; }
     using number = std::uint64_t;
 
     text_ranks(const qek_stream &keys, bool ascending) noexcept

@@ -207,7 +207,7 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
     {
         const auto rank = keys.rank(pivot);
 #if defined(QEK_CHOOSES_AT_LOAD)
-        if constexpr (Keys::template are_pairs<Slot>) {
+        if constexpr (Keys::template are_pairs<Slot>()) {
             constexpr std::uint64_t kept = static_cast<typename Keys::number>(-1);
             return list_pairs(reinterpret_cast<const std::uint8_t *>(first),
                               {kept, keys.mask, rank, wants_above},
@@ -298,7 +298,7 @@ void sort_by_keys(Slot *slots, std::int32_t count, const Keys &keys) noexcept
 // Slots with a number as key, in unsigned order; a mask of all ones turns the direction.
 template <typename Key> struct number_ranks {
     static constexpr bool ranks_decide = true;
-    template <typename Slot> static constexpr bool are_pairs = sizeof(Slot) == 16;
+    template <typename Slot> static constexpr bool are_pairs() { return sizeof(Slot) == 16; }
     using number = Key;
 
     Key mask;

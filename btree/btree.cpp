@@ -44,14 +44,14 @@ struct text_policy {
         const auto child_at = [&](std::int32_t index) {
             return static_cast<const Element *>(pool::item_of(children.slots[index]));
         };
-        const auto child_near = [&](std::int32_t index) {
-            return child_at(larger(0, smaller(index, count - 1)));
+        const auto near = [&](std::int32_t low, std::int32_t high) {
+            return child_at(larger(0, smaller(array::middle(low, high), count - 1)));
         };
         const auto fetch_below = [&](std::int32_t low, std::int32_t high) {
             const std::int32_t next = array::middle(low, high);
-            __builtin_prefetch(child_near(array::middle(low, next - 1)));
-            __builtin_prefetch(child_near(array::middle(next + 1, high)));
-            __builtin_prefetch(of.keys.data + child_near(next)->key_offset);
+            __builtin_prefetch(near(low, next - 1));
+            __builtin_prefetch(near(next + 1, high));
+            __builtin_prefetch(of.keys.data + near(low, high)->key_offset);
         };
         const auto fetch_ahead = [&](std::int32_t index) {
             if (is_large) {
@@ -60,11 +60,7 @@ struct text_policy {
             }
         };
         const auto narrow = [&](std::int32_t index, bool is_behind) {
-            if (is_behind) {
-                left.high = index - 1;
-            } else {
-                left.low = index + 1;
-            }
+            (is_behind ? left.high : left.low) = is_behind ? index - 1 : index + 1;
         };
         if (!ignores_case(of) && sought.length >= keys::head_size) {
             while (left.low <= left.high) {
