@@ -39,7 +39,6 @@ struct text_policy {
                                                   const key &sought) noexcept
     {
         const std::int32_t count = array::slots_in_use(children);
-        const bool is_large = of.node_count >= 1 << 12;
         array::range left{0, count - 1};
         const auto child_at = [&](std::int32_t index) {
             return static_cast<const Element *>(pool::item_of(children.slots[index]));
@@ -54,13 +53,17 @@ struct text_policy {
             __builtin_prefetch(of.keys.data + near(low, high)->key_offset);
         };
         const auto fetch_ahead = [&](std::int32_t index) {
-            if (is_large) {
+            if (of.node_count >= 1 << 12) {
                 fetch_below(left.low, index - 1);
                 fetch_below(index + 1, left.high);
             }
         };
         const auto narrow = [&](std::int32_t index, bool is_behind) {
-            (is_behind ? left.high : left.low) = is_behind ? index - 1 : index + 1;
+            if (is_behind) {
+                left.high = index - 1;
+            } else {
+                left.low = index + 1;
+            }
         };
         if (!ignores_case(of) && sought.length >= keys::head_size) {
             while (left.low <= left.high) {
