@@ -231,8 +231,8 @@ class key_sorting : private sorting<Slot, Keys, ascending_order> {
     {
         Slot *const slots = this->slots_; // which bytes written to a list could be part of
         const Keys keys = keys_;
-        std::uint8_t lefts[list_size];
-        std::uint8_t rights[list_size];
+        std::uint8_t lefts[block];
+        std::uint8_t rights[block];
         std::size_t left = 0, left_end = 0;
         std::size_t right_end = 0; // the rightmost is the last of a list
         while (down - up > 2 * block) {

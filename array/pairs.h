@@ -15,9 +15,6 @@ namespace qek::array {
 
 inline constexpr std::int32_t block = 64;
 
-// What a list of places in a block needs to be: the last four are written together.
-inline constexpr std::size_t list_size = block + 3;
-
 #if defined(QEK_CHOOSES_AT_LOAD)
 
 inline constexpr std::size_t pair_size = 16;
@@ -31,8 +28,8 @@ struct pair_test {
     bool wants_above;
 };
 
-// Lists the places in a block of those asked for, and returns how many they are. The block `ahead`
-// bytes from there is sent for.
+// Lists the places in a block of those asked for, and returns how many they are; what is behind them
+// in a list of `block` bytes may be written to. The block `ahead` bytes from there is sent for.
 std::size_t list_pairs(const std::uint8_t *first, const pair_test &test, std::ptrdiff_t ahead,
                        std::uint8_t *list) noexcept;
 std::size_t list_pairs_one_by_one(const std::uint8_t *first, const pair_test &test,

@@ -236,7 +236,7 @@ TEST(sort, places_of_pairs_are_listed_alike_on_every_processor)
         const pair_test test{step % 2 ? ~std::uint64_t{0} : 0xFFFFFFFF, 0 - (random.next() % 2),
                              halves[2 * random.below(block)] ^ 2, random.one_in(2)};
         const auto *first = reinterpret_cast<const std::uint8_t *>(halves.data());
-        std::vector<std::uint8_t> places(list_size), expected(list_size);
+        std::vector<std::uint8_t> places(block), expected(block);
         places.resize(list_pairs(first, test, 0, places.data()));
         expected.resize(list_pairs_one_by_one(first, test, 0, expected.data()));
         ASSERT_EQ(places, expected);
